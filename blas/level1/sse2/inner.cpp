@@ -1,0 +1,377 @@
+// Level-1 inner kernels of the baseline generation, in SSE2 intrinsics.
+//
+// Every kernel here computes each output element with the same operations, in
+// the same order, as the generic scalar formula (complex products included), so
+// the elementwise kernels give the same bits whatever path they take. The
+// reductions keep several partial sums; their order is stated at each one.
+#include <emmintrin.h>
+
+#include <cstdint>
+#include <cstring>
+
+#include "blas/level1/inner.h"
+
+namespace ork::inner {
+namespace {
+
+inline bool aligned16(const void* p) { return (reinterpret_cast<std::uintptr_t>(p) & 15) == 0; }
+// x and y can be brought to 16-byte alignment together by peeling elements.
+inline bool co_aligned(const void* x, const void* y, std::uintptr_t elem) {
+    auto a = reinterpret_cast<std::uintptr_t>(x), b = reinterpret_cast<std::uintptr_t>(y);
+    return ((a ^ b) & 15) == 0 && (a & (elem - 1)) == 0;
+}
+
+// alpha*x for one or two complex doubles held as [re, im]: x*re(alpha) +
+// swap(x)*(-im, im), which rounds exactly like re*xr - im*xi, re*xi + im*xr.
+struct cmul_d {
+    __m128d re, im;
+    explicit cmul_d(cx<double> a) : re(_mm_set1_pd(a.re)), im(_mm_set_pd(a.im, -a.im)) {}
+    __m128d operator()(__m128d x) const {
+        return _mm_add_pd(_mm_mul_pd(x, re), _mm_mul_pd(_mm_shuffle_pd(x, x, 1), im));
+    }
+};
+struct cmul_s {
+    __m128 re, im;
+    explicit cmul_s(cx<float> a) : re(_mm_set1_ps(a.re)), im(_mm_set_ps(a.im, -a.im, a.im, -a.im)) {}
+    __m128 operator()(__m128 x) const {
+        return _mm_add_ps(_mm_mul_ps(x, re), _mm_mul_ps(_mm_shuffle_ps(x, x, _MM_SHUFFLE(2, 3, 0, 1)), im));
+    }
+};
+
+}  // namespace
+
+// ---- axpy: same address modulo 16 takes one leading element, then aligned
+// pairs; otherwise unaligned accesses. 8 doubles per main step.
+void axpy(idx n, double alpha, const double* x, double* y) {
+    const __m128d a = _mm_set1_pd(alpha);
+    idx i = 0;
+    if (co_aligned(x, y, 8)) {
+        if (!aligned16(x)) { y[0] += alpha * x[0]; i = 1; }
+        for (; i + 8 <= n; i += 8) {
+            __m128d y0 = _mm_add_pd(_mm_load_pd(y + i), _mm_mul_pd(a, _mm_load_pd(x + i)));
+            __m128d y1 = _mm_add_pd(_mm_load_pd(y + i + 2), _mm_mul_pd(a, _mm_load_pd(x + i + 2)));
+            __m128d y2 = _mm_add_pd(_mm_load_pd(y + i + 4), _mm_mul_pd(a, _mm_load_pd(x + i + 4)));
+            __m128d y3 = _mm_add_pd(_mm_load_pd(y + i + 6), _mm_mul_pd(a, _mm_load_pd(x + i + 6)));
+            _mm_store_pd(y + i, y0); _mm_store_pd(y + i + 2, y1);
+            _mm_store_pd(y + i + 4, y2); _mm_store_pd(y + i + 6, y3);
+        }
+        for (; i + 2 <= n; i += 2)
+            _mm_store_pd(y + i, _mm_add_pd(_mm_load_pd(y + i), _mm_mul_pd(a, _mm_load_pd(x + i))));
+    } else {
+        for (; i + 8 <= n; i += 8) {
+            __m128d y0 = _mm_add_pd(_mm_loadu_pd(y + i), _mm_mul_pd(a, _mm_loadu_pd(x + i)));
+            __m128d y1 = _mm_add_pd(_mm_loadu_pd(y + i + 2), _mm_mul_pd(a, _mm_loadu_pd(x + i + 2)));
+            __m128d y2 = _mm_add_pd(_mm_loadu_pd(y + i + 4), _mm_mul_pd(a, _mm_loadu_pd(x + i + 4)));
+            __m128d y3 = _mm_add_pd(_mm_loadu_pd(y + i + 6), _mm_mul_pd(a, _mm_loadu_pd(x + i + 6)));
+            _mm_storeu_pd(y + i, y0); _mm_storeu_pd(y + i + 2, y1);
+            _mm_storeu_pd(y + i + 4, y2); _mm_storeu_pd(y + i + 6, y3);
+        }
+        for (; i + 2 <= n; i += 2)
+            _mm_storeu_pd(y + i, _mm_add_pd(_mm_loadu_pd(y + i), _mm_mul_pd(a, _mm_loadu_pd(x + i))));
+    }
+    for (; i < n; ++i) y[i] += alpha * x[i];
+}
+
+void axpy(idx n, float alpha, const float* x, float* y) {
+    const __m128 a = _mm_set1_ps(alpha);
+    idx i = 0;
+    if (co_aligned(x, y, 4)) {
+        for (; i < n && !aligned16(x + i); ++i) y[i] += alpha * x[i];
+        for (; i + 16 <= n; i += 16) {
+            __m128 y0 = _mm_add_ps(_mm_load_ps(y + i), _mm_mul_ps(a, _mm_load_ps(x + i)));
+            __m128 y1 = _mm_add_ps(_mm_load_ps(y + i + 4), _mm_mul_ps(a, _mm_load_ps(x + i + 4)));
+            __m128 y2 = _mm_add_ps(_mm_load_ps(y + i + 8), _mm_mul_ps(a, _mm_load_ps(x + i + 8)));
+            __m128 y3 = _mm_add_ps(_mm_load_ps(y + i + 12), _mm_mul_ps(a, _mm_load_ps(x + i + 12)));
+            _mm_store_ps(y + i, y0); _mm_store_ps(y + i + 4, y1);
+            _mm_store_ps(y + i + 8, y2); _mm_store_ps(y + i + 12, y3);
+        }
+        for (; i + 4 <= n; i += 4)
+            _mm_store_ps(y + i, _mm_add_ps(_mm_load_ps(y + i), _mm_mul_ps(a, _mm_load_ps(x + i))));
+    } else {
+        for (; i + 16 <= n; i += 16) {
+            __m128 y0 = _mm_add_ps(_mm_loadu_ps(y + i), _mm_mul_ps(a, _mm_loadu_ps(x + i)));
+            __m128 y1 = _mm_add_ps(_mm_loadu_ps(y + i + 4), _mm_mul_ps(a, _mm_loadu_ps(x + i + 4)));
+            __m128 y2 = _mm_add_ps(_mm_loadu_ps(y + i + 8), _mm_mul_ps(a, _mm_loadu_ps(x + i + 8)));
+            __m128 y3 = _mm_add_ps(_mm_loadu_ps(y + i + 12), _mm_mul_ps(a, _mm_loadu_ps(x + i + 12)));
+            _mm_storeu_ps(y + i, y0); _mm_storeu_ps(y + i + 4, y1);
+            _mm_storeu_ps(y + i + 8, y2); _mm_storeu_ps(y + i + 12, y3);
+        }
+        for (; i + 4 <= n; i += 4)
+            _mm_storeu_ps(y + i, _mm_add_ps(_mm_loadu_ps(y + i), _mm_mul_ps(a, _mm_loadu_ps(x + i))));
+    }
+    for (; i < n; ++i) y[i] += alpha * x[i];
+}
+
+void axpy(idx n, cx<double> alpha, const cx<double>* x, cx<double>* y) {
+    const cmul_d mul(alpha);
+    auto* xd = reinterpret_cast<const double*>(x);
+    auto* yd = reinterpret_cast<double*>(y);
+    idx i = 0;
+    for (; i + 2 <= n; i += 2) {
+        __m128d y0 = _mm_add_pd(_mm_loadu_pd(yd + 2 * i), mul(_mm_loadu_pd(xd + 2 * i)));
+        __m128d y1 = _mm_add_pd(_mm_loadu_pd(yd + 2 * i + 2), mul(_mm_loadu_pd(xd + 2 * i + 2)));
+        _mm_storeu_pd(yd + 2 * i, y0);
+        _mm_storeu_pd(yd + 2 * i + 2, y1);
+    }
+    if (i < n) _mm_storeu_pd(yd + 2 * i, _mm_add_pd(_mm_loadu_pd(yd + 2 * i), mul(_mm_loadu_pd(xd + 2 * i))));
+}
+
+void axpy(idx n, cx<float> alpha, const cx<float>* x, cx<float>* y) {
+    const cmul_s mul(alpha);
+    auto* xf = reinterpret_cast<const float*>(x);
+    auto* yf = reinterpret_cast<float*>(y);
+    idx i = 0;
+    for (; i + 4 <= n; i += 4) {
+        __m128 y0 = _mm_add_ps(_mm_loadu_ps(yf + 2 * i), mul(_mm_loadu_ps(xf + 2 * i)));
+        __m128 y1 = _mm_add_ps(_mm_loadu_ps(yf + 2 * i + 4), mul(_mm_loadu_ps(xf + 2 * i + 4)));
+        _mm_storeu_ps(yf + 2 * i, y0);
+        _mm_storeu_ps(yf + 2 * i + 4, y1);
+    }
+    for (; i < n; ++i) y[i] += alpha * x[i];
+}
+
+// ---- scal
+void scal(idx n, double alpha, double* x) {
+    const __m128d a = _mm_set1_pd(alpha);
+    idx i = 0;
+    if ((reinterpret_cast<std::uintptr_t>(x) & 7) == 0 && !aligned16(x)) { x[0] *= alpha; i = 1; }
+    if (aligned16(x + i)) {
+        for (; i + 8 <= n; i += 8) {
+            _mm_store_pd(x + i, _mm_mul_pd(a, _mm_load_pd(x + i)));
+            _mm_store_pd(x + i + 2, _mm_mul_pd(a, _mm_load_pd(x + i + 2)));
+            _mm_store_pd(x + i + 4, _mm_mul_pd(a, _mm_load_pd(x + i + 4)));
+            _mm_store_pd(x + i + 6, _mm_mul_pd(a, _mm_load_pd(x + i + 6)));
+        }
+    }
+    for (; i + 2 <= n; i += 2) _mm_storeu_pd(x + i, _mm_mul_pd(a, _mm_loadu_pd(x + i)));
+    for (; i < n; ++i) x[i] *= alpha;
+}
+
+void scal(idx n, float alpha, float* x) {
+    const __m128 a = _mm_set1_ps(alpha);
+    idx i = 0;
+    if ((reinterpret_cast<std::uintptr_t>(x) & 3) == 0)
+        for (; i < n && !aligned16(x + i); ++i) x[i] *= alpha;
+    if (aligned16(x + i)) {
+        for (; i + 16 <= n; i += 16) {
+            _mm_store_ps(x + i, _mm_mul_ps(a, _mm_load_ps(x + i)));
+            _mm_store_ps(x + i + 4, _mm_mul_ps(a, _mm_load_ps(x + i + 4)));
+            _mm_store_ps(x + i + 8, _mm_mul_ps(a, _mm_load_ps(x + i + 8)));
+            _mm_store_ps(x + i + 12, _mm_mul_ps(a, _mm_load_ps(x + i + 12)));
+        }
+    }
+    for (; i + 4 <= n; i += 4) _mm_storeu_ps(x + i, _mm_mul_ps(a, _mm_loadu_ps(x + i)));
+    for (; i < n; ++i) x[i] *= alpha;
+}
+
+void scal(idx n, cx<double> alpha, cx<double>* x) {
+    const cmul_d mul(alpha);
+    auto* xd = reinterpret_cast<double*>(x);
+    for (idx i = 0; i < n; ++i) _mm_storeu_pd(xd + 2 * i, mul(_mm_loadu_pd(xd + 2 * i)));
+}
+
+void scal(idx n, cx<float> alpha, cx<float>* x) {
+    const cmul_s mul(alpha);
+    auto* xf = reinterpret_cast<float*>(x);
+    idx i = 0;
+    for (; i + 2 <= n; i += 2) _mm_storeu_ps(xf + 2 * i, mul(_mm_loadu_ps(xf + 2 * i)));
+    if (i < n) x[i] = alpha * x[i];
+}
+
+// ---- copy and swap, 64 bytes a step
+void copy_bytes(std::size_t bytes, const void* xv, void* yv) {
+    auto* x = static_cast<const char*>(xv);
+    auto* y = static_cast<char*>(yv);
+    std::size_t i = 0;
+    for (; i + 64 <= bytes; i += 64) {
+        __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(x + i));
+        __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(x + i + 16));
+        __m128i c = _mm_loadu_si128(reinterpret_cast<const __m128i*>(x + i + 32));
+        __m128i d = _mm_loadu_si128(reinterpret_cast<const __m128i*>(x + i + 48));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(y + i), a);
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(y + i + 16), b);
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(y + i + 32), c);
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(y + i + 48), d);
+    }
+    for (; i + 16 <= bytes; i += 16)
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(y + i), _mm_loadu_si128(reinterpret_cast<const __m128i*>(x + i)));
+    for (; i + 4 <= bytes; i += 4) std::memcpy(y + i, x + i, 4);
+}
+
+void swap_bytes(std::size_t bytes, void* xv, void* yv) {
+    auto* x = static_cast<char*>(xv);
+    auto* y = static_cast<char*>(yv);
+    std::size_t i = 0;
+    for (; i + 32 <= bytes; i += 32) {
+        __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(x + i));
+        __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(x + i + 16));
+        __m128i c = _mm_loadu_si128(reinterpret_cast<const __m128i*>(y + i));
+        __m128i d = _mm_loadu_si128(reinterpret_cast<const __m128i*>(y + i + 16));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(y + i), a);
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(y + i + 16), b);
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(x + i), c);
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(x + i + 16), d);
+    }
+    for (; i + 4 <= bytes; i += 4) {
+        std::uint32_t a, b;
+        std::memcpy(&a, x + i, 4);
+        std::memcpy(&b, y + i, 4);
+        std::memcpy(x + i, &b, 4);
+        std::memcpy(y + i, &a, 4);
+    }
+}
+
+// ---- dot. Double: eight partial sums s0..s7, element i going to s(i mod 8);
+// they are combined as ((s0+s2)+(s4+s6)) + ((s1+s3)+(s5+s7)), then the
+// n mod 8 last products are added one by one in order.
+double dot(idx n, const double* x, const double* y) {
+    __m128d s0 = _mm_setzero_pd(), s1 = s0, s2 = s0, s3 = s0;
+    idx i = 0;
+    for (; i + 8 <= n; i += 8) {
+        s0 = _mm_add_pd(s0, _mm_mul_pd(_mm_loadu_pd(x + i), _mm_loadu_pd(y + i)));
+        s1 = _mm_add_pd(s1, _mm_mul_pd(_mm_loadu_pd(x + i + 2), _mm_loadu_pd(y + i + 2)));
+        s2 = _mm_add_pd(s2, _mm_mul_pd(_mm_loadu_pd(x + i + 4), _mm_loadu_pd(y + i + 4)));
+        s3 = _mm_add_pd(s3, _mm_mul_pd(_mm_loadu_pd(x + i + 6), _mm_loadu_pd(y + i + 6)));
+    }
+    __m128d s = _mm_add_pd(_mm_add_pd(s0, s1), _mm_add_pd(s2, s3));
+    double r = _mm_cvtsd_f64(s) + _mm_cvtsd_f64(_mm_unpackhi_pd(s, s));
+    for (; i < n; ++i) r += x[i] * y[i];
+    return r;
+}
+
+// Single: sixteen single partial sums, combined like the double ones.
+float dot(idx n, const float* x, const float* y) {
+    __m128 s0 = _mm_setzero_ps(), s1 = s0, s2 = s0, s3 = s0;
+    idx i = 0;
+    for (; i + 16 <= n; i += 16) {
+        s0 = _mm_add_ps(s0, _mm_mul_ps(_mm_loadu_ps(x + i), _mm_loadu_ps(y + i)));
+        s1 = _mm_add_ps(s1, _mm_mul_ps(_mm_loadu_ps(x + i + 4), _mm_loadu_ps(y + i + 4)));
+        s2 = _mm_add_ps(s2, _mm_mul_ps(_mm_loadu_ps(x + i + 8), _mm_loadu_ps(y + i + 8)));
+        s3 = _mm_add_ps(s3, _mm_mul_ps(_mm_loadu_ps(x + i + 12), _mm_loadu_ps(y + i + 12)));
+    }
+    __m128 s = _mm_add_ps(_mm_add_ps(s0, s1), _mm_add_ps(s2, s3));
+    s = _mm_add_ps(s, _mm_movehl_ps(s, s));
+    float r = _mm_cvtss_f32(s) + _mm_cvtss_f32(_mm_shuffle_ps(s, s, 1));
+    for (; i < n; ++i) r += x[i] * y[i];
+    return r;
+}
+
+// Complex: p accumulates [xr*yr, xi*yi] and q [xi*yr, xr*yi]; then
+// dotu = (p0 - p1, q0 + q1) and dotc = (p0 + p1, q1 - q0).
+cx<double> dot(idx n, const cx<double>* x, const cx<double>* y, bool conj_x) {
+    auto* xd = reinterpret_cast<const double*>(x);
+    auto* yd = reinterpret_cast<const double*>(y);
+    __m128d p0 = _mm_setzero_pd(), p1 = p0, q0 = p0, q1 = p0;
+    idx i = 0;
+    for (; i + 2 <= n; i += 2) {
+        __m128d a = _mm_loadu_pd(xd + 2 * i), b = _mm_loadu_pd(yd + 2 * i);
+        __m128d c = _mm_loadu_pd(xd + 2 * i + 2), d = _mm_loadu_pd(yd + 2 * i + 2);
+        p0 = _mm_add_pd(p0, _mm_mul_pd(a, b));
+        q0 = _mm_add_pd(q0, _mm_mul_pd(_mm_shuffle_pd(a, a, 1), b));
+        p1 = _mm_add_pd(p1, _mm_mul_pd(c, d));
+        q1 = _mm_add_pd(q1, _mm_mul_pd(_mm_shuffle_pd(c, c, 1), d));
+    }
+    if (i < n) {
+        __m128d a = _mm_loadu_pd(xd + 2 * i), b = _mm_loadu_pd(yd + 2 * i);
+        p0 = _mm_add_pd(p0, _mm_mul_pd(a, b));
+        q0 = _mm_add_pd(q0, _mm_mul_pd(_mm_shuffle_pd(a, a, 1), b));
+    }
+    __m128d p = _mm_add_pd(p0, p1), q = _mm_add_pd(q0, q1);
+    double pl = _mm_cvtsd_f64(p), ph = _mm_cvtsd_f64(_mm_unpackhi_pd(p, p));
+    double ql = _mm_cvtsd_f64(q), qh = _mm_cvtsd_f64(_mm_unpackhi_pd(q, q));
+    return conj_x ? cx<double>{pl + ph, qh - ql} : cx<double>{pl - ph, ql + qh};
+}
+
+cx<float> dot(idx n, const cx<float>* x, const cx<float>* y, bool conj_x) {
+    auto* xf = reinterpret_cast<const float*>(x);
+    auto* yf = reinterpret_cast<const float*>(y);
+    __m128 p0 = _mm_setzero_ps(), p1 = p0, q0 = p0, q1 = p0;
+    idx i = 0;
+    for (; i + 4 <= n; i += 4) {
+        __m128 a = _mm_loadu_ps(xf + 2 * i), b = _mm_loadu_ps(yf + 2 * i);
+        __m128 c = _mm_loadu_ps(xf + 2 * i + 4), d = _mm_loadu_ps(yf + 2 * i + 4);
+        p0 = _mm_add_ps(p0, _mm_mul_ps(a, b));
+        q0 = _mm_add_ps(q0, _mm_mul_ps(_mm_shuffle_ps(a, a, _MM_SHUFFLE(2, 3, 0, 1)), b));
+        p1 = _mm_add_ps(p1, _mm_mul_ps(c, d));
+        q1 = _mm_add_ps(q1, _mm_mul_ps(_mm_shuffle_ps(c, c, _MM_SHUFFLE(2, 3, 0, 1)), d));
+    }
+    // lanes 0, 2 hold the [r*r, i*i] / [i*r, r*i] pairs of even elements, 1, 3 of odd
+    alignas(16) float p[4], q[4];
+    _mm_store_ps(p, _mm_add_ps(p0, p1));
+    _mm_store_ps(q, _mm_add_ps(q0, q1));
+    float prr = p[0] + p[2], pii = p[1] + p[3], qir = q[0] + q[2], qri = q[1] + q[3];
+    for (; i < n; ++i) {
+        prr += x[i].re * y[i].re;
+        pii += x[i].im * y[i].im;
+        qir += x[i].im * y[i].re;
+        qri += x[i].re * y[i].im;
+    }
+    return conj_x ? cx<float>{prr + pii, qri - qir} : cx<float>{prr - pii, qir + qri};
+}
+
+// Single products widened to double, two at a time: partial sums s(i mod 4),
+// the first starting from `start`.
+double dot_widened(idx n, const float* x, const float* y, double start) {
+    __m128d s0 = _mm_set_sd(start), s1 = _mm_setzero_pd();
+    idx i = 0;
+    for (; i + 4 <= n; i += 4) {
+        __m128 a = _mm_loadu_ps(x + i), b = _mm_loadu_ps(y + i);
+        s0 = _mm_add_pd(s0, _mm_mul_pd(_mm_cvtps_pd(a), _mm_cvtps_pd(b)));
+        s1 = _mm_add_pd(s1, _mm_mul_pd(_mm_cvtps_pd(_mm_movehl_ps(a, a)), _mm_cvtps_pd(_mm_movehl_ps(b, b))));
+    }
+    __m128d s = _mm_add_pd(s0, s1);
+    double r = _mm_cvtsd_f64(s) + _mm_cvtsd_f64(_mm_unpackhi_pd(s, s));
+    for (; i < n; ++i) r += double(x[i]) * double(y[i]);
+    return r;
+}
+
+// ---- asum: the sign bits cleared by a mask; partial sums as in dot.
+double asum(idx n, const double* x) {
+    const __m128d mask = _mm_castsi128_pd(_mm_set1_epi64x(0x7fffffffffffffffLL));
+    __m128d s0 = _mm_setzero_pd(), s1 = s0, s2 = s0, s3 = s0;
+    idx i = 0;
+    for (; i + 8 <= n; i += 8) {
+        s0 = _mm_add_pd(s0, _mm_and_pd(mask, _mm_loadu_pd(x + i)));
+        s1 = _mm_add_pd(s1, _mm_and_pd(mask, _mm_loadu_pd(x + i + 2)));
+        s2 = _mm_add_pd(s2, _mm_and_pd(mask, _mm_loadu_pd(x + i + 4)));
+        s3 = _mm_add_pd(s3, _mm_and_pd(mask, _mm_loadu_pd(x + i + 6)));
+    }
+    __m128d s = _mm_add_pd(_mm_add_pd(s0, s1), _mm_add_pd(s2, s3));
+    double r = _mm_cvtsd_f64(s) + _mm_cvtsd_f64(_mm_unpackhi_pd(s, s));
+    for (; i < n; ++i) r += __builtin_fabs(x[i]);
+    return r;
+}
+
+float asum(idx n, const float* x) {
+    const __m128 mask = _mm_castsi128_ps(_mm_set1_epi32(0x7fffffff));
+    __m128 s0 = _mm_setzero_ps(), s1 = s0, s2 = s0, s3 = s0;
+    idx i = 0;
+    for (; i + 16 <= n; i += 16) {
+        s0 = _mm_add_ps(s0, _mm_and_ps(mask, _mm_loadu_ps(x + i)));
+        s1 = _mm_add_ps(s1, _mm_and_ps(mask, _mm_loadu_ps(x + i + 4)));
+        s2 = _mm_add_ps(s2, _mm_and_ps(mask, _mm_loadu_ps(x + i + 8)));
+        s3 = _mm_add_ps(s3, _mm_and_ps(mask, _mm_loadu_ps(x + i + 12)));
+    }
+    __m128 s = _mm_add_ps(_mm_add_ps(s0, s1), _mm_add_ps(s2, s3));
+    s = _mm_add_ps(s, _mm_movehl_ps(s, s));
+    float r = _mm_cvtss_f32(s) + _mm_cvtss_f32(_mm_shuffle_ps(s, s, 1));
+    for (; i < n; ++i) r += __builtin_fabsf(x[i]);
+    return r;
+}
+
+double sumsq_widened(idx n, const float* x) {
+    __m128d s0 = _mm_setzero_pd(), s1 = s0;
+    idx i = 0;
+    for (; i + 4 <= n; i += 4) {
+        __m128 a = _mm_loadu_ps(x + i);
+        __m128d lo = _mm_cvtps_pd(a), hi = _mm_cvtps_pd(_mm_movehl_ps(a, a));
+        s0 = _mm_add_pd(s0, _mm_mul_pd(lo, lo));
+        s1 = _mm_add_pd(s1, _mm_mul_pd(hi, hi));
+    }
+    __m128d s = _mm_add_pd(s0, s1);
+    double r = _mm_cvtsd_f64(s) + _mm_cvtsd_f64(_mm_unpackhi_pd(s, s));
+    for (; i < n; ++i) r += double(x[i]) * double(x[i]);
+    return r;
+}
+
+}  // namespace ork::inner

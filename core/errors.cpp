@@ -1,0 +1,35 @@
+// Argument errors: the per-thread record and the replaceable handler.
+#include <atomic>
+#include <cstdio>
+
+#include "core/core.h"
+
+namespace {
+
+void print_error(const char* routine, int position) {
+    std::fprintf(stderr, "%s\n", ork_serv_ork_get_msg(1, 2, position, routine));
+}
+
+std::atomic<ork_error_handler> handler{print_error};
+thread_local int last_position = 0;
+thread_local const char* last_routine = "";
+
+}  // namespace
+
+namespace ork::core {
+entry::entry(const char* routine) : name(routine) {
+    last_position = 0;
+    last_routine = "";
+}
+
+bool entry::fail(int position) const {
+    last_position = position;
+    last_routine = name;
+    if (auto h = handler.load()) h(name, position);
+    return false;
+}
+}  // namespace ork::core
+
+ORK_CORE_API ork_error_handler ork_set_error_handler(ork_error_handler h) { return handler.exchange(h); }
+ORK_CORE_API int ork_last_error(void) { return last_position; }
+ORK_CORE_API const char* ork_last_error_routine(void) { return last_routine; }
