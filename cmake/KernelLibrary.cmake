@@ -1,3 +1,8 @@
+# Optimisation flags of every kernel library. GCC 12 SLP vectorisation can
+# store the unrounded double where a value is rounded to single and widened
+# again (tests/frame/float_roundtrip.c); kernels round through single often.
+set(ORK_KERNEL_OPT_FLAGS -O3 -fno-math-errno -fno-tree-slp-vectorize)
+
 # ork_kernel_library(<generation name> GENERATION <n> FLAGS <arch flags...> SOURCES <files...>)
 #
 # Builds libork_<name>.so: the kernels for one processor generation. It links
@@ -14,13 +19,9 @@ function(ork_kernel_library name)
   target_compile_definitions(${target} PRIVATE ORK_GENERATION=${K_GENERATION})
   target_compile_options(${target} PRIVATE
     ${K_FLAGS}
-    -O3
+    ${ORK_KERNEL_OPT_FLAGS}
     -fno-exceptions -fno-rtti -fno-threadsafe-statics -fno-asynchronous-unwind-tables
     -fvisibility=hidden -fvisibility-inlines-hidden
-    -fno-math-errno
-    # GCC 12 SLP vectorisation can store the unrounded double where a value is
-    # rounded to single and widened again; kernels round through single often.
-    -fno-tree-slp-vectorize
   )
   set_target_properties(${target} PROPERTIES LINKER_LANGUAGE C)
   target_link_libraries(${target} PRIVATE m)
