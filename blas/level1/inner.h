@@ -38,6 +38,13 @@ double dot_widened(idx n, const float* x, const float* y, double start);
 float asum(idx n, const float* x);
 double asum(idx n, const double* x);
 
+// 1-based index of the largest (want_max) or smallest |x_i|, n >= 2, by the
+// exact rule of blas::iamax: the present best is replaced unless it compares
+// >= (<=) with the candidate, so the first of equal values wins and NaN is
+// taken when met, together with the element right after it.
+idx iamax(idx n, const float* x, bool want_max);
+idx iamax(idx n, const double* x, bool want_max);
+
 // sum x_i^2 of floats accumulated in double: no scaling is needed, since the
 // square of any float is a normal double.
 double sumsq_widened(idx n, const float* x);

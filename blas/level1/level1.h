@@ -160,6 +160,8 @@ template <class T, bool Max>
 idx iamax(idx n, const T* x, idx incx) {
     if (n <= 0 || incx <= 0) return 0;
     if (n == 1) return 1;
+    if constexpr (!is_complex<T>)
+        if (incx == 1) return inner::iamax(n, x, Max);
     auto best = abs1(x[0]);
     idx result = 1;
     for (idx i = 1; i < n; ++i) {

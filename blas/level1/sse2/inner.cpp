@@ -359,6 +359,87 @@ float asum(idx n, const float* x) {
     return r;
 }
 
+// ---- i?amax, i?amin. Blocks of 64 values are scanned with vector max (min)
+// and an unordered compare: a block without NaN, met while the present best
+// is not NaN, changes the result only if its extreme beats the best strictly,
+// and then at the extreme's first occurrence, exactly as the element-by-
+// element rule would. Blocks with NaN, a NaN best and the tail go one by one.
+namespace {
+
+template <class R> struct lanes;
+template <> struct lanes<double> {
+    using V = __m128d;
+    static constexpr int width = 2;
+    static V abs(const double* p) { return _mm_andnot_pd(_mm_set1_pd(-0.0), _mm_loadu_pd(p)); }
+    static V max(V a, V b) { return _mm_max_pd(a, b); }
+    static V min(V a, V b) { return _mm_min_pd(a, b); }
+    static V nan(V a) { return _mm_cmpunord_pd(a, a); }
+    static V bor(V a, V b) { return _mm_or_pd(a, b); }
+    static bool any(V a) { return _mm_movemask_pd(a) != 0; }
+    static double first(V a) { return _mm_cvtsd_f64(a); }
+    static V rotate(V a) { return _mm_shuffle_pd(a, a, 1); }
+};
+template <> struct lanes<float> {
+    using V = __m128;
+    static constexpr int width = 4;
+    static V abs(const float* p) { return _mm_andnot_ps(_mm_set1_ps(-0.0f), _mm_loadu_ps(p)); }
+    static V max(V a, V b) { return _mm_max_ps(a, b); }
+    static V min(V a, V b) { return _mm_min_ps(a, b); }
+    static V nan(V a) { return _mm_cmpunord_ps(a, a); }
+    static V bor(V a, V b) { return _mm_or_ps(a, b); }
+    static bool any(V a) { return _mm_movemask_ps(a) != 0; }
+    static float first(V a) { return _mm_cvtss_f32(a); }
+    static V rotate(V a) { return _mm_shuffle_ps(a, a, _MM_SHUFFLE(0, 3, 2, 1)); }
+};
+
+template <class R>
+idx extreme_index(idx n, const R* x, bool want_max) {
+    using L = lanes<R>;
+    constexpr idx block = 64;
+    R best = abs1(x[0]);
+    idx result = 1;
+    auto beats = [want_max](R a, R b) { return want_max ? !(b >= a) : !(b <= a); };  // does a replace b
+    auto one = [&](idx j) {
+        R a = abs1(x[j]);
+        if (beats(a, best)) { best = a; result = j + 1; }
+    };
+    idx i = 1;
+    while (n - i >= block) {
+        if (best != best) { one(i++); continue; }
+        typename L::V e0 = L::abs(x + i), e1 = L::abs(x + i + L::width);
+        typename L::V bad = L::bor(L::nan(e0), L::nan(e1));
+        for (idx j = i + 2 * L::width; j < i + block; j += 2 * L::width) {
+            typename L::V a = L::abs(x + j), b = L::abs(x + j + L::width);
+            bad = L::bor(bad, L::bor(L::nan(a), L::nan(b)));
+            e0 = want_max ? L::max(e0, a) : L::min(e0, a);
+            e1 = want_max ? L::max(e1, b) : L::min(e1, b);
+        }
+        if (L::any(bad)) {
+            for (idx j = i; j < i + block; ++j) one(j);
+        } else {
+            typename L::V e = want_max ? L::max(e0, e1) : L::min(e0, e1);
+            for (int k = 1; k < L::width; ++k) {
+                e = want_max ? L::max(e, L::rotate(e)) : L::min(e, L::rotate(e));
+            }
+            R ext = L::first(e);
+            if (want_max ? ext > best : ext < best) {
+                idx j = i;
+                while (abs1(x[j]) != ext) ++j;
+                best = ext;
+                result = j + 1;
+            }
+        }
+        i += block;
+    }
+    for (; i < n; ++i) one(i);
+    return result;
+}
+
+}  // namespace
+
+idx iamax(idx n, const double* x, bool want_max) { return extreme_index(n, x, want_max); }
+idx iamax(idx n, const float* x, bool want_max) { return extreme_index(n, x, want_max); }
+
 double sumsq_widened(idx n, const float* x) {
     __m128d s0 = _mm_setzero_pd(), s1 = s0;
     idx i = 0;
