@@ -47,6 +47,8 @@ def main():
     ap.add_argument("--provider", help="export list of the library that provides the imports")
     ap.add_argument("--allow-needed", nargs="*", default=None,
                     help="shared objects the library may need (prefix match)")
+    ap.add_argument("--allow-undefined-prefix", nargs="*", default=[],
+                    help="undefined names allowed by prefix (sanitizer runtimes)")
     ap.add_argument("--headers", help="folder of public headers that must declare every export")
     ap.add_argument("--expect-count", type=int, help="number of exports the list must hold")
     args = ap.parse_args()
@@ -73,7 +75,7 @@ def main():
         for kind, name in undefined:
             if "@" in name or kind == "w":
                 continue  # versioned C runtime symbol, or a weak reference of the toolchain
-            if name not in allowed:
+            if name not in allowed and not name.startswith(tuple(args.allow_undefined_prefix)):
                 problems.append(f"unexpected undefined symbol: {name}")
 
     if args.allow_needed is not None:
