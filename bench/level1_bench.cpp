@@ -1,0 +1,291 @@
+// Level-1 BLAS throughput of libork against OpenBLAS, in one process and on
+// the same vectors: ddot, daxpy, dnrm2 and idamax at n = 1e3 (L1-resident),
+// 1e5 (L2) and 1e7 (memory), one thread each, and both libraries on two
+// threads at 1e7.
+//
+// Names are <routine>/<lib>/<n>[/threads:<t>], lib being "ork" or "openblas",
+// so that bench/compare.py can pair them. OpenBLAS is loaded with dlopen:
+// the file ORK_BENCH_OPENBLAS names if it is set, else the Debian pthread
+// build, else libopenblas.so.0 on the loader's path. Without it only the ork
+// benchmarks run.
+#include <benchmark/benchmark.h>
+#include <dlfcn.h>
+
+#include <chrono>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <random>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "ork/ork.h"
+
+namespace {
+
+constexpr std::int64_t sizes[] = {1000, 100000, 10000000};
+constexpr std::int64_t max_n = 10000000;
+
+// ---- the vectors, shared by every benchmark: 64-byte aligned, touched
+// before any timing, uniform in [-1, 1) from a fixed seed.
+struct free_deleter {
+    void operator()(double* p) const { std::free(p); }
+};
+using buffer = std::unique_ptr<double[], free_deleter>;
+
+buffer make_vector(std::int64_t n, std::mt19937_64& gen) {
+    buffer v(static_cast<double*>(std::aligned_alloc(64, sizeof(double) * std::size_t(n))));
+    if (!v) {
+        std::fprintf(stderr, "ork-bench-level1: cannot allocate %lld doubles\n", static_cast<long long>(n));
+        std::exit(1);
+    }
+    std::uniform_real_distribution<double> dist(-1.0, 1.0);
+    for (std::int64_t i = 0; i < n; ++i) v[i] = dist(gen);
+    return v;
+}
+
+buffer vx, vy;
+
+// ---- OpenBLAS through its Fortran entries: 32-bit integers by address.
+struct openblas_api {
+    using dot_fn = double (*)(const int*, const double*, const int*, const double*, const int*);
+    using axpy_fn = void (*)(const int*, const double*, const double*, const int*, double*, const int*);
+    using nrm2_fn = double (*)(const int*, const double*, const int*);
+    using iamax_fn = int (*)(const int*, const double*, const int*);
+    using threads_fn = void (*)(int);
+    using text_fn = char* (*)();
+
+    void* handle = nullptr;
+    dot_fn ddot = nullptr;
+    axpy_fn daxpy = nullptr;
+    nrm2_fn dnrm2 = nullptr;
+    iamax_fn idamax = nullptr;
+    threads_fn set_num_threads = nullptr;
+    text_fn get_config = nullptr;  // optional
+    text_fn get_corename = nullptr;  // optional
+    std::string path;
+    std::string why_not;  // empty when loaded
+};
+openblas_api ob;
+
+template <class F>
+bool bind(void* handle, const char* name, F& f) {
+    f = reinterpret_cast<F>(dlsym(handle, name));
+    return f != nullptr;
+}
+
+void load_openblas() {
+    std::string candidates[2];
+    int count = 0;
+    if (const char* env = std::getenv("ORK_BENCH_OPENBLAS"); env && *env) {
+        candidates[count++] = env;  // that file and no other
+    } else {
+        candidates[count++] = "/usr/lib/x86_64-linux-gnu/openblas-pthread/libopenblas.so.0";
+        candidates[count++] = "libopenblas.so.0";
+    }
+    for (int i = 0; i < count && !ob.handle; ++i) {
+        // RTLD_LOCAL: its Fortran names stay out of the global scope.
+        if ((ob.handle = dlopen(candidates[i].c_str(), RTLD_NOW | RTLD_LOCAL))) ob.path = candidates[i];
+        else ob.why_not = dlerror();
+    }
+    if (!ob.handle) return;
+    if (!bind(ob.handle, "ddot_", ob.ddot) || !bind(ob.handle, "daxpy_", ob.daxpy) ||
+        !bind(ob.handle, "dnrm2_", ob.dnrm2) || !bind(ob.handle, "idamax_", ob.idamax) ||
+        !bind(ob.handle, "openblas_set_num_threads", ob.set_num_threads)) {
+        ob.why_not = ob.path + " lacks a needed symbol";
+        dlclose(ob.handle);
+        ob.handle = nullptr;
+        return;
+    }
+    bind(ob.handle, "openblas_get_config", ob.get_config);
+    bind(ob.handle, "openblas_get_corename", ob.get_corename);
+    ob.why_not.clear();
+}
+
+// ---- thread pools. A pool that spins after its last parallel call takes a
+// core from whatever runs next, and there are only two here; after a
+// multithreaded benchmark, the other library's first run waits for it to
+// go idle (outside the timed loop).
+enum class lib { ork, openblas };
+
+void use_threads(lib l, int threads) {
+    static bool first = true;
+    static lib last_lib = lib::ork;
+    static int last_threads = 1;
+    if (!first && last_threads > 1 && last_lib != l) std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    first = false;
+    last_lib = l;
+    last_threads = threads;
+    if (l == lib::ork) ork_set_num_threads(threads);
+    else ob.set_num_threads(threads);
+}
+
+// ---- the timed loops; bytes are those each call must move: ddot reads
+// x and y, daxpy reads both and writes y, dnrm2 and idamax read x.
+void run_ddot(benchmark::State& state, lib l, std::int64_t n, int threads) {
+    use_threads(l, threads);
+    const double *x = vx.get(), *y = vy.get();
+    if (l == lib::ork) {
+        const ork_int nn = n, inc = 1;
+        for (auto _ : state) benchmark::DoNotOptimize(ork_blas_ddot(&nn, x, &inc, y, &inc));
+    } else {
+        const int nn = int(n), inc = 1;
+        for (auto _ : state) benchmark::DoNotOptimize(ob.ddot(&nn, x, &inc, y, &inc));
+    }
+    state.SetBytesProcessed(state.iterations() * n * std::int64_t(2 * sizeof(double)));
+}
+
+// alpha alternates in sign, so y goes back and forth instead of growing.
+void run_daxpy(benchmark::State& state, lib l, std::int64_t n, int threads) {
+    use_threads(l, threads);
+    const double* x = vx.get();
+    double* y = vy.get();
+    const double alphas[2] = {0.5, -0.5};
+    unsigned k = 0;
+    if (l == lib::ork) {
+        const ork_int nn = n, inc = 1;
+        for (auto _ : state) {
+            ork_blas_daxpy(&nn, &alphas[k++ & 1], x, &inc, y, &inc);
+            benchmark::ClobberMemory();
+        }
+    } else {
+        const int nn = int(n), inc = 1;
+        for (auto _ : state) {
+            ob.daxpy(&nn, &alphas[k++ & 1], x, &inc, y, &inc);
+            benchmark::ClobberMemory();
+        }
+    }
+    state.SetBytesProcessed(state.iterations() * n * std::int64_t(3 * sizeof(double)));
+}
+
+void run_dnrm2(benchmark::State& state, lib l, std::int64_t n, int threads) {
+    use_threads(l, threads);
+    const double* x = vx.get();
+    if (l == lib::ork) {
+        const ork_int nn = n, inc = 1;
+        for (auto _ : state) benchmark::DoNotOptimize(ork_blas_dnrm2(&nn, x, &inc));
+    } else {
+        const int nn = int(n), inc = 1;
+        for (auto _ : state) benchmark::DoNotOptimize(ob.dnrm2(&nn, x, &inc));
+    }
+    state.SetBytesProcessed(state.iterations() * n * std::int64_t(sizeof(double)));
+}
+
+void run_idamax(benchmark::State& state, lib l, std::int64_t n, int threads) {
+    use_threads(l, threads);
+    const double* x = vx.get();
+    if (l == lib::ork) {
+        const ork_int nn = n, inc = 1;
+        for (auto _ : state) benchmark::DoNotOptimize(ork_blas_idamax(&nn, x, &inc));
+    } else {
+        const int nn = int(n), inc = 1;
+        for (auto _ : state) benchmark::DoNotOptimize(ob.idamax(&nn, x, &inc));
+    }
+    state.SetBytesProcessed(state.iterations() * n * std::int64_t(sizeof(double)));
+}
+
+using runner = void (*)(benchmark::State&, lib, std::int64_t, int);
+
+// Each ork benchmark right before its OpenBLAS twin, so both see the machine
+// in about the same state. Wall-clock time: with several threads, the
+// calling thread's CPU time says nothing about the call's duration.
+void register_pair(const char* routine, runner run, std::int64_t n, int threads) {
+    for (lib l : {lib::ork, lib::openblas}) {
+        if (l == lib::openblas && !ob.handle) continue;
+        std::string name = std::string(routine) + (l == lib::ork ? "/ork/" : "/openblas/") + std::to_string(n);
+        if (threads > 1) name += "/threads:" + std::to_string(threads);
+        benchmark::RegisterBenchmark(name.c_str(),
+                                     [=](benchmark::State& s) { run(s, l, n, threads); })
+            ->UseRealTime();
+    }
+}
+
+// Both libraries must agree on the data used before their times mean
+// anything; a wrong binding (integer width, say) shows here.
+bool same_results() {
+    bool ok = true;
+    for (std::int64_t n : sizes) {
+        const ork_int on = n, inc = 1;
+        const int bn = int(n), binc = 1;
+        double od = ork_blas_ddot(&on, vx.get(), &inc, vy.get(), &inc);
+        double bd = ob.ddot(&bn, vx.get(), &binc, vy.get(), &binc);
+        double on2 = ork_blas_dnrm2(&on, vx.get(), &inc);
+        double bn2 = ob.dnrm2(&bn, vx.get(), &binc);
+        ork_int oi = ork_blas_idamax(&on, vx.get(), &inc);
+        int bi = ob.idamax(&bn, vx.get(), &binc);
+        // Sums in different orders: every |x_i*y_i| <= 1, so a difference
+        // far below n is rounding; a wrong binding gives nothing like it.
+        auto close = [](double a, double b, double tol) { return std::fabs(a - b) <= tol; };
+        if (!close(od, bd, 1e-9 * double(n)) || !close(on2, bn2, 1e-12 * bn2) || oi != bi) {
+            std::fprintf(stderr,
+                         "ork-bench-level1: n=%lld: ork and OpenBLAS disagree: ddot %.17g vs %.17g, "
+                         "dnrm2 %.17g vs %.17g, idamax %lld vs %d\n",
+                         static_cast<long long>(n), od, bd, on2, bn2, static_cast<long long>(oi), bi);
+            ok = false;
+        }
+    }
+    // daxpy on copies: OpenBLAS may fuse the multiply-add, ork does not, so
+    // the elements can differ by the product's rounding, no more.
+    const std::int64_t n = sizes[0];
+    std::vector<double> a(vy.get(), vy.get() + n), b = a;
+    const ork_int on = n, inc = 1;
+    const int bn = int(n), binc = 1;
+    const double alpha = 0.75;
+    ork_blas_daxpy(&on, &alpha, vx.get(), &inc, a.data(), &inc);
+    ob.daxpy(&bn, &alpha, vx.get(), &binc, b.data(), &binc);
+    bool same = true;
+    for (std::int64_t i = 0; i < n; ++i) same = same && std::fabs(a[i] - b[i]) <= 1e-15;
+    if (!same) {
+        std::fprintf(stderr, "ork-bench-level1: n=%lld: ork and OpenBLAS disagree on daxpy\n", static_cast<long long>(n));
+        ok = false;
+    }
+    return ok;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+
+    if (ork_init() != 0) return 1;
+    benchmark::AddCustomContext("ork", ork_version());
+    benchmark::AddCustomContext("ork_kernel_library", ork_kernel_library_path());
+    benchmark::AddCustomContext("ork_kernel_generation", ork_cpu_generation_name(ork_kernel_generation()));
+    benchmark::AddCustomContext("cpu_generation", ork_cpu_generation_name(ork_cpu_generation()));
+
+    std::mt19937_64 gen(20240601);
+    vx = make_vector(max_n, gen);
+    vy = make_vector(max_n, gen);
+
+    load_openblas();
+    if (ob.handle) {
+        benchmark::AddCustomContext("openblas", ob.path);
+        if (ob.get_config) benchmark::AddCustomContext("openblas_config", ob.get_config());
+        if (ob.get_corename) benchmark::AddCustomContext("openblas_core", ob.get_corename());
+        ob.set_num_threads(1);
+        if (!same_results()) return 1;
+    } else {
+        std::fprintf(stderr, "ork-bench-level1: OpenBLAS not loaded (%s); its benchmarks are skipped\n",
+                     ob.why_not.c_str());
+        benchmark::AddCustomContext("openblas", "not loaded: " + ob.why_not);
+    }
+
+    for (std::int64_t n : sizes) {
+        register_pair("ddot", run_ddot, n, 1);
+        register_pair("daxpy", run_daxpy, n, 1);
+        register_pair("dnrm2", run_dnrm2, n, 1);
+        register_pair("idamax", run_idamax, n, 1);
+    }
+    register_pair("ddot", run_ddot, max_n, 2);
+    register_pair("daxpy", run_daxpy, max_n, 2);
+    register_pair("dnrm2", run_dnrm2, max_n, 2);
+    register_pair("idamax", run_idamax, max_n, 2);
+
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}
