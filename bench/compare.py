@@ -214,7 +214,7 @@ def main():
                     help="benchmark program (default: %(default)s)")
     ap.add_argument("--min-time", default="0.2",
                     help="--benchmark_min_time for each benchmark, in seconds (default: %(default)s)")
-    ap.add_argument("--repetitions", type=int, default=3,
+    ap.add_argument("--repetitions", type=int, default=5,
                     help="--benchmark_repetitions; with more than one the median is compared (default: %(default)s)")
     ap.add_argument("--lib", default="ork", help="library under test, second name field (default: %(default)s)")
     ap.add_argument("--peer", default="openblas", help="library compared with (default: %(default)s)")
