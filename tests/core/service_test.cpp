@@ -1,0 +1,133 @@
+// The core layer's own services: loading the kernel library, flags, memory,
+// the lock, processor overrides, the message catalogue and the version text.
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstring>
+#include <set>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "ork/blas_kernels.h"
+#include "ork/ork.h"
+
+namespace {
+
+TEST(Loader, LoadsTheBaselineKernelLibrary) {
+    EXPECT_EQ(ork_init(), 0);
+    EXPECT_EQ(ork_init(), 0);  // once loaded, stays loaded
+    EXPECT_EQ(ork_kernel_generation(), ORK_CPU_BASELINE);
+    auto version = reinterpret_cast<decltype(&dll_cpu_version)>(ork_kernel_symbol("dll_cpu_version"));
+    ASSERT_NE(version, nullptr);
+    EXPECT_EQ(version(), 0);
+    EXPECT_NE(std::string(ork_kernel_library_path()).find("libork_baseline.so"), std::string::npos);
+    EXPECT_EQ(ork_kernel_symbol("ork_blas_no_such_routine"), nullptr);
+    EXPECT_STREQ(ork_cpu_generation_name(ORK_CPU_AVX2), "avx2");
+    EXPECT_STREQ(ork_cpu_generation_name(42), "unknown");
+}
+
+TEST(Service, LsameReadsTheFirstLetterIgnoringCase) {
+    struct c {
+        const char *a, *b;
+        bool same;
+    };
+    for (c t : {c{"a", "A", true}, c{"A", "a", true}, c{"a", "b", false}, c{"No tranpose", "N", true},
+                c{"no", "N", true}, c{"Transpose", "t", true}, c{"C", "N", false}, c{"u", "L", false}})
+        EXPECT_EQ(ork_serv_lsame(t.a, t.b, int(std::strlen(t.a)), 1) != 0, t.same) << t.a << " / " << t.b;
+}
+
+// Every block is aligned as asked (a non-power of two rounds up), fully
+// writable, and freed by its own function (the sanitizer build checks both).
+TEST(Service, AlignedAllocation) {
+    for (int align : {1, 8, 48, 64, 128, 4096})
+        for (std::size_t size : {std::size_t(1), std::size_t(100), std::size_t(1) << 20}) {
+            const std::uintptr_t want = align == 48 ? 64 : std::uintptr_t(align);
+            void* p = ork_serv_allocate(size, align);
+            void* q = ork_serv_ork_malloc(size, align);
+            ASSERT_TRUE(p && q);
+            EXPECT_EQ(reinterpret_cast<std::uintptr_t>(p) % want, 0u) << align;
+            EXPECT_EQ(reinterpret_cast<std::uintptr_t>(q) % want, 0u) << align;
+            std::memset(p, 1, size);
+            std::memset(q, 2, size);
+            ork_serv_deallocate(p);
+            ork_serv_ork_free(q);
+        }
+}
+
+TEST(Service, LockSerialisesThreads) {
+    long counter = 0;
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 4; ++t)
+        threads.emplace_back([&] {
+            for (int i = 0; i < 20000; ++i) {
+                ork_serv_lock();
+                counter = counter + 1;
+                ork_serv_unlock();
+            }
+        });
+    for (auto& t : threads) t.join();
+    EXPECT_EQ(counter, 80000);
+}
+
+TEST(Service, ForcedProcessorAnswers) {
+    EXPECT_EQ(ork_serv_cpu_detect(), 0);  // the generation of the loaded library
+    const int barcelona = ork_serv_cpuisitbarcelona();
+    ork_force_cpu(2, 1);
+    EXPECT_EQ(ork_serv_cpu_detect(), 2);
+    EXPECT_EQ(ork_serv_cpuisitbarcelona(), 1);
+    ork_force_cpu(1, 0);
+    EXPECT_EQ(ork_serv_cpu_detect(), 1);
+    EXPECT_EQ(ork_serv_cpuisitbarcelona(), 0);
+    ork_force_cpu(-1, -1);
+    EXPECT_EQ(ork_serv_cpu_detect(), 0);
+    EXPECT_EQ(ork_serv_cpuisitbarcelona(), barcelona);
+}
+
+TEST(Messages, Catalogue) {
+    std::set<std::string> texts;
+    for (int k = 761; k <= 771; ++k) {
+        std::string t = ork_serv_ork_get_msg(k, 0);
+        EXPECT_FALSE(t.empty()) << k;
+        texts.insert(t);
+    }
+    EXPECT_EQ(texts.size(), 11u);
+    EXPECT_EQ(texts.count(ork_serv_ork_get_msg(0, 1, 761)), 0u);  // none is the unknown-number text
+
+    const std::string m1 = ork_serv_ork_get_msg(1, 2, 3, "ork_blas_dgemv");
+    EXPECT_NE(m1.find('3'), std::string::npos) << m1;
+    EXPECT_NE(m1.find("ork_blas_dgemv"), std::string::npos) << m1;
+
+    // an unknown number, or a count the message does not take: message 0 with the number
+    const std::string unknown = ork_serv_ork_get_msg(0, 1, 9999);
+    EXPECT_NE(unknown.find("9999"), std::string::npos) << unknown;
+    EXPECT_EQ(ork_serv_ork_get_msg(9999, 0), unknown);
+    EXPECT_EQ(ork_serv_ork_get_msg(9999, 2, 1, 2), unknown);
+    EXPECT_EQ(std::string(ork_serv_ork_get_msg(1, 0)), std::string(ork_serv_ork_get_msg(0, 1, 1)));
+    EXPECT_EQ(std::string(ork_serv_ork_get_msg(761, 1, 5)), std::string(ork_serv_ork_get_msg(0, 1, 761)));
+
+    ::testing::internal::CaptureStdout();
+    ork_serv_ork_print(1, 1, 2, 8, "ork_blas_dsyr");
+    EXPECT_EQ(::testing::internal::GetCapturedStdout(), std::string(ork_serv_ork_get_msg(1, 2, 8, "ork_blas_dsyr")) + "\n");
+}
+
+// The text fits the given length with its NUL, whatever the length; nothing
+// past it is written.
+TEST(Service, VersionStringWithinLength) {
+    char full[512];
+    ork_serv_getversionstring(full, sizeof full);
+    const std::size_t len = std::strlen(full);
+    ASSERT_LT(len, sizeof full);
+    EXPECT_EQ(std::string(full).rfind(ork_version(), 0), 0u) << full;
+    for (int n : {0, 1, 2, 5, 16, int(len), int(len) + 1}) {
+        std::vector<char> buf(std::size_t(n) + 8, 'x');
+        ork_serv_getversionstring(buf.data(), n);
+        for (std::size_t k = std::size_t(n); k < buf.size(); ++k) EXPECT_EQ(buf[k], 'x') << "n=" << n;
+        if (n == 0) continue;
+        const std::size_t got = strnlen(buf.data(), std::size_t(n));
+        ASSERT_LT(got, std::size_t(n)) << "no NUL within " << n;
+        EXPECT_EQ(std::string(buf.data()), std::string(full, got)) << "n=" << n;
+    }
+}
+
+}  // namespace
