@@ -316,12 +316,13 @@ void rotmg(R* d1p, R* d2p, R* x1p, R y1, R* param) {
             d1 = t;
             x1 = y1 * u;
         }
-        // Rescaling makes the implied elements explicit (flag -1) first.
+        // Rescaling makes the implied elements explicit (flag -1) first; once
+        // the matrix is full, its scaled elements must be kept.
         auto make_full = [&] {
             if (flag == 0) {
                 h11 = 1;
                 h22 = 1;
-            } else {
+            } else if (flag > 0) {
                 h21 = -1;
                 h12 = 1;
             }
