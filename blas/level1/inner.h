@@ -45,6 +45,10 @@ double asum(idx n, const double* x);
 idx iamax(idx n, const float* x, bool want_max);
 idx iamax(idx n, const double* x, bool want_max);
 
+// Continues the scaled one-pass sum of squares (blas::scaled_norm) over n
+// contiguous doubles from the state (scale, ssq), with exactly its operations.
+void scaled_ssq(idx n, const double* x, double& scale, double& ssq);
+
 // sum x_i^2 of floats accumulated in double: no scaling is needed, since the
 // square of any float is a normal double.
 double sumsq_widened(idx n, const float* x);

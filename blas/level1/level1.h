@@ -145,6 +145,10 @@ real_t<T> nrm2(idx n, const T* x, idx incx) {
                 else s += double(e) * double(e);
             }
         return float(std::sqrt(s));
+    } else if (step == 1) {
+        R scale = 0, ssq = 1;
+        inner::scaled_ssq((is_complex<T> ? 2 : 1) * n, r, scale, ssq);
+        return scale * std::sqrt(ssq);
     } else if constexpr (is_complex<T>) {
         return scaled_norm<R>(2 * n, [&](idx i) { return r[(i >> 1) * 2 * step + (i & 1)]; });
     } else {

@@ -159,6 +159,25 @@ TYPED_TEST(Reduction, Nrm2) {
                 }
 }
 
+// Long runs of values no larger than the running scale are summed by a
+// vectorised path; zeros, -0, NaN and infinities anywhere in such runs must
+// leave the result exactly as the recurrence gives it (NaN for NaN).
+TEST(Nrm2Runs, SpecialValuesKeepTheRecurrence) {
+    std::mt19937_64 g(77);
+    std::uniform_real_distribution<double> u(-1, 1);
+    std::uniform_int_distribution<int> kind(0, 9);
+    const double special[] = {0.0, -0.0, NAN, INFINITY, -INFINITY, 1e300, 1e-310};
+    for (auto [path, f] : OT_R(dnrm2).paths())
+        for (int trial = 0; trial < 300; ++trial) {
+            const idx n = 8 + trial % 57;
+            std::vector<double> v(static_cast<std::size_t>(n));
+            for (auto& e : v) e = kind(g) < 8 ? u(g) : special[g() % 7];
+            const idx one = 1;
+            const double got = f(&n, v.data(), &one), want = scaled_norm(v);
+            EXPECT_TRUE(std::isnan(want) ? std::isnan(got) : same(got, want)) << path << " trial " << trial;
+        }
+}
+
 TYPED_TEST(Reduction, Nrm2EdgeCases) {
     using T = TypeParam;
     using R = real_t<T>;

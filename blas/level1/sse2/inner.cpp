@@ -359,11 +359,13 @@ float asum(idx n, const float* x) {
     return r;
 }
 
-// ---- i?amax, i?amin. Blocks of 64 values are scanned with vector max (min)
-// and an unordered compare: a block without NaN, met while the present best
-// is not NaN, changes the result only if its extreme beats the best strictly,
-// and then at the extreme's first occurrence, exactly as the element-by-
-// element rule would. Blocks with NaN, a NaN best and the tail go one by one.
+// ---- i?amax, i?amin. Blocks of up to 128 values (a multiple of 8 vectors)
+// are scanned with eight vector max (min) chains, enough to hide their
+// latency, and an unordered compare per two vectors. A block without NaN, met
+// while the present best is not NaN, changes the result only if its extreme
+// beats the best strictly, and then at the extreme's first occurrence, exactly
+// as the element-by-element rule would. Blocks with NaN, a NaN best and the
+// tail go one by one.
 namespace {
 
 template <class R> struct lanes;
@@ -373,7 +375,7 @@ template <> struct lanes<double> {
     static V abs(const double* p) { return _mm_andnot_pd(_mm_set1_pd(-0.0), _mm_loadu_pd(p)); }
     static V max(V a, V b) { return _mm_max_pd(a, b); }
     static V min(V a, V b) { return _mm_min_pd(a, b); }
-    static V nan(V a) { return _mm_cmpunord_pd(a, a); }
+    static V unord(V a, V b) { return _mm_cmpunord_pd(a, b); }
     static V bor(V a, V b) { return _mm_or_pd(a, b); }
     static bool any(V a) { return _mm_movemask_pd(a) != 0; }
     static double first(V a) { return _mm_cvtsd_f64(a); }
@@ -385,51 +387,58 @@ template <> struct lanes<float> {
     static V abs(const float* p) { return _mm_andnot_ps(_mm_set1_ps(-0.0f), _mm_loadu_ps(p)); }
     static V max(V a, V b) { return _mm_max_ps(a, b); }
     static V min(V a, V b) { return _mm_min_ps(a, b); }
-    static V nan(V a) { return _mm_cmpunord_ps(a, a); }
+    static V unord(V a, V b) { return _mm_cmpunord_ps(a, b); }
     static V bor(V a, V b) { return _mm_or_ps(a, b); }
     static bool any(V a) { return _mm_movemask_ps(a) != 0; }
     static float first(V a) { return _mm_cvtss_f32(a); }
     static V rotate(V a) { return _mm_shuffle_ps(a, a, _MM_SHUFFLE(0, 3, 2, 1)); }
 };
 
-template <class R>
-idx extreme_index(idx n, const R* x, bool want_max) {
+template <class R, bool Max>
+idx extreme_index(idx n, const R* x) {
     using L = lanes<R>;
-    constexpr idx block = 64;
+    using V = typename L::V;
+    constexpr idx step = 8 * L::width, block = 128;
+    auto pick = [](V a, V b) { return Max ? L::max(a, b) : L::min(a, b); };
     R best = abs1(x[0]);
     idx result = 1;
-    auto beats = [want_max](R a, R b) { return want_max ? !(b >= a) : !(b <= a); };  // does a replace b
     auto one = [&](idx j) {
         R a = abs1(x[j]);
-        if (beats(a, best)) { best = a; result = j + 1; }
+        if (Max ? !(best >= a) : !(best <= a)) { best = a; result = j + 1; }
     };
     idx i = 1;
-    while (n - i >= block) {
+    while (n - i >= step) {
         if (best != best) { one(i++); continue; }
-        typename L::V e0 = L::abs(x + i), e1 = L::abs(x + i + L::width);
-        typename L::V bad = L::bor(L::nan(e0), L::nan(e1));
-        for (idx j = i + 2 * L::width; j < i + block; j += 2 * L::width) {
-            typename L::V a = L::abs(x + j), b = L::abs(x + j + L::width);
-            bad = L::bor(bad, L::bor(L::nan(a), L::nan(b)));
-            e0 = want_max ? L::max(e0, a) : L::min(e0, a);
-            e1 = want_max ? L::max(e1, b) : L::min(e1, b);
+        const idx len = n - i >= block ? block : (n - i) / step * step;
+        V e[8];
+#pragma GCC unroll 8
+        for (int k = 0; k < 8; ++k) e[k] = L::abs(x + i + k * L::width);
+        V bad = L::unord(e[0], e[1]);
+#pragma GCC unroll 4
+        for (int k = 2; k < 8; k += 2) bad = L::bor(bad, L::unord(e[k], e[k + 1]));
+        for (idx j = i + step; j < i + len; j += step) {
+            V a[8];
+#pragma GCC unroll 8
+            for (int k = 0; k < 8; ++k) a[k] = L::abs(x + j + k * L::width);
+#pragma GCC unroll 4
+            for (int k = 0; k < 8; k += 2) bad = L::bor(bad, L::unord(a[k], a[k + 1]));
+#pragma GCC unroll 8
+            for (int k = 0; k < 8; ++k) e[k] = pick(e[k], a[k]);
         }
         if (L::any(bad)) {
-            for (idx j = i; j < i + block; ++j) one(j);
+            for (idx j = i; j < i + len; ++j) one(j);
         } else {
-            typename L::V e = want_max ? L::max(e0, e1) : L::min(e0, e1);
-            for (int k = 1; k < L::width; ++k) {
-                e = want_max ? L::max(e, L::rotate(e)) : L::min(e, L::rotate(e));
-            }
-            R ext = L::first(e);
-            if (want_max ? ext > best : ext < best) {
+            V m = pick(pick(pick(e[0], e[1]), pick(e[2], e[3])), pick(pick(e[4], e[5]), pick(e[6], e[7])));
+            for (int k = 1; k < L::width; ++k) m = pick(m, L::rotate(m));
+            const R ext = L::first(m);
+            if (Max ? ext > best : ext < best) {
                 idx j = i;
                 while (abs1(x[j]) != ext) ++j;
                 best = ext;
                 result = j + 1;
             }
         }
-        i += block;
+        i += len;
     }
     for (; i < n; ++i) one(i);
     return result;
@@ -437,8 +446,57 @@ idx extreme_index(idx n, const R* x, bool want_max) {
 
 }  // namespace
 
-idx iamax(idx n, const double* x, bool want_max) { return extreme_index(n, x, want_max); }
-idx iamax(idx n, const float* x, bool want_max) { return extreme_index(n, x, want_max); }
+idx iamax(idx n, const double* x, bool want_max) {
+    return want_max ? extreme_index<double, true>(n, x) : extreme_index<double, false>(n, x);
+}
+idx iamax(idx n, const float* x, bool want_max) {
+    return want_max ? extreme_index<float, true>(n, x) : extreme_index<float, false>(n, x);
+}
+
+// ---- the scaled sum of squares. Runs of 8 in which no |x_i| exceeds a
+// positive scale take the else branch of the recurrence for every element:
+// their quotients are formed two per divpd (the same rounding as divsd),
+// squared, and added to ssq one by one in order. A zero there adds +0 to
+// ssq >= 1 (or NaN, or inf), which changes nothing, just as skipping it.
+void scaled_ssq(idx n, const double* x, double& scale_io, double& ssq_io) {
+    const __m128d sign = _mm_set1_pd(-0.0);
+    double scale = scale_io, ssq = ssq_io;
+    idx i = 0;
+    while (i < n) {
+        if (scale > 0 && n - i >= 8) {
+            __m128d a0 = _mm_andnot_pd(sign, _mm_loadu_pd(x + i)), a1 = _mm_andnot_pd(sign, _mm_loadu_pd(x + i + 2));
+            __m128d a2 = _mm_andnot_pd(sign, _mm_loadu_pd(x + i + 4)), a3 = _mm_andnot_pd(sign, _mm_loadu_pd(x + i + 6));
+            const __m128d s = _mm_set1_pd(scale);
+            __m128d big = _mm_or_pd(_mm_or_pd(_mm_cmpgt_pd(a0, s), _mm_cmpgt_pd(a1, s)),
+                                    _mm_or_pd(_mm_cmpgt_pd(a2, s), _mm_cmpgt_pd(a3, s)));
+            if (!_mm_movemask_pd(big)) {
+                __m128d q[4] = {_mm_div_pd(a0, s), _mm_div_pd(a1, s), _mm_div_pd(a2, s), _mm_div_pd(a3, s)};
+                for (auto& v : q) {
+                    v = _mm_mul_pd(v, v);
+                    ssq = ssq + _mm_cvtsd_f64(v);
+                    ssq = ssq + _mm_cvtsd_f64(_mm_unpackhi_pd(v, v));
+                }
+                i += 8;
+                continue;
+            }
+        }
+        for (idx end = n - i >= 8 ? i + 8 : n; i < end; ++i) {
+            double e = x[i];
+            if (e == 0) continue;
+            double a = __builtin_fabs(e);
+            if (a > scale) {
+                double r = scale / a;
+                ssq = 1 + ssq * (r * r);
+                scale = a;
+            } else {
+                double r = a / scale;
+                ssq = ssq + r * r;
+            }
+        }
+    }
+    scale_io = scale;
+    ssq_io = ssq;
+}
 
 double sumsq_widened(idx n, const float* x) {
     __m128d s0 = _mm_setzero_pd(), s1 = s0;
