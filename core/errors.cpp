@@ -11,25 +11,27 @@ void print_error(const char* routine, int position) {
 }
 
 std::atomic<ork_error_handler> handler{print_error};
-thread_local int last_position = 0;
-thread_local const char* last_routine = "";
+
+// Written by every checked entry, so kept in static TLS: the default model
+// of a shared library costs a __tls_get_addr call per access.
+struct record {
+    int position = 0;
+    const char* routine = "";
+};
+__attribute__((tls_model("initial-exec"))) thread_local record last;
 
 }  // namespace
 
 namespace ork::core {
-entry::entry(const char* routine) : name(routine) {
-    last_position = 0;
-    last_routine = "";
-}
+entry::entry(const char* routine) : name(routine) { last = record{}; }
 
 bool entry::fail(int position) const {
-    last_position = position;
-    last_routine = name;
+    last = record{position, name};
     if (auto h = handler.load()) h(name, position);
     return false;
 }
 }  // namespace ork::core
 
 ORK_CORE_API ork_error_handler ork_set_error_handler(ork_error_handler h) { return handler.exchange(h); }
-ORK_CORE_API int ork_last_error(void) { return last_position; }
-ORK_CORE_API const char* ork_last_error_routine(void) { return last_routine; }
+ORK_CORE_API int ork_last_error(void) { return last.position; }
+ORK_CORE_API const char* ork_last_error_routine(void) { return last.routine; }
