@@ -138,6 +138,15 @@ void ork_blas_zgemv(const char *trans, const ork_int *m, const ork_int *n, const
 void ork_blas_ssyr(const char *uplo, const ork_int *n, const float *alpha, const float *x, const ork_int *incx, float *a, const ork_int *lda);
 void ork_blas_dsyr(const char *uplo, const ork_int *n, const double *alpha, const double *x, const ork_int *incx, double *a, const ork_int *lda);
 
+/* ---- level 3: C := alpha*op(A)*op(B) + beta*C, op by the first letter of
+ * transa and transb: N, T or C (C conjugates; for real types T and C agree).
+ * Long products are split over threads by columns (or rows) of C; the result
+ * is the same bits whatever the number of threads. */
+void ork_blas_sgemm(const char *transa, const char *transb, const ork_int *m, const ork_int *n, const ork_int *k, const float *alpha, const float *a, const ork_int *lda, const float *b, const ork_int *ldb, const float *beta, float *c, const ork_int *ldc);
+void ork_blas_dgemm(const char *transa, const char *transb, const ork_int *m, const ork_int *n, const ork_int *k, const double *alpha, const double *a, const ork_int *lda, const double *b, const ork_int *ldb, const double *beta, double *c, const ork_int *ldc);
+void ork_blas_cgemm(const char *transa, const char *transb, const ork_int *m, const ork_int *n, const ork_int *k, const ork_complex8 *alpha, const ork_complex8 *a, const ork_int *lda, const ork_complex8 *b, const ork_int *ldb, const ork_complex8 *beta, ork_complex8 *c, const ork_int *ldc);
+void ork_blas_zgemm(const char *transa, const char *transb, const ork_int *m, const ork_int *n, const ork_int *k, const ork_complex16 *alpha, const ork_complex16 *a, const ork_int *lda, const ork_complex16 *b, const ork_int *ldb, const ork_complex16 *beta, ork_complex16 *c, const ork_int *ldc);
+
 ORK_END_C
 
 #endif

@@ -42,7 +42,7 @@ def needed(lib):
 def main():
     ap = argparse.ArgumentParser()
     ap.add_argument("--lib", required=True)
-    ap.add_argument("--exports", required=True)
+    ap.add_argument("--exports", required=True, nargs="+", help="export list files, joined")
     ap.add_argument("--imports", help="names the library may leave undefined")
     ap.add_argument("--provider", help="export list of the library that provides the imports")
     ap.add_argument("--allow-needed", nargs="*", default=None,
@@ -54,7 +54,7 @@ def main():
     args = ap.parse_args()
 
     problems = []
-    expected = read_list(args.exports)
+    expected = [name for path in args.exports for name in read_list(path)]
     if len(set(expected)) != len(expected):
         problems.append("the export list repeats names")
     if args.expect_count is not None and len(expected) != args.expect_count:

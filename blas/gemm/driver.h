@@ -1,0 +1,251 @@
+// The matrix-multiply drivers, written once over the element type:
+// C := alpha*op(A)*op(B) + beta*C by a blocked loop nest over packed panels.
+//
+// Per type, `engine<T>` holds what differs: the blocking, the workspace and
+// how it is carved, and which quick paths come first. The double engine is
+// the model: one beta pass, alpha folded into packed A, depth blocks of 128
+// (halved for 129 <= k <= 256), row blocks of 512 (wider for shallow, large
+// products), column blocks of up to 4992, an odd last row through the plain
+// product and the last n mod 4 columns through the dispatched gemv.
+#pragma once
+
+#include <cstdint>
+#include <type_traits>
+
+#include "blas/gemm/inner.h"
+#include "blas/gemm/pack.h"
+#include "blas/gemm/small.h"
+#include "frame/export.h"
+
+namespace ork::gemm {
+
+inline char* page_after(char* p) { return reinterpret_cast<char*>((std::uintptr_t(p) & ~std::uintptr_t(4095)) + 4096); }
+inline char* floor_to(char* p, std::uintptr_t a) { return reinterpret_cast<char*>(std::uintptr_t(p) & ~(a - 1)); }
+
+// Where one call's workspace puts its three regions.
+template <class T>
+struct workspace {
+    void* block = nullptr;
+    T* a = nullptr;        // one mb x kb block of alpha*op(A)
+    T* b = nullptr;        // one kb x nb panel of op(B)
+    void* scratch = nullptr;  // the inner kernel's broadcast copy of one B panel
+};
+
+template <class T> struct engine;
+
+// ---- double: the blocking and workspace carving are fixed exactly.
+template <> struct engine<double> {
+    static constexpr idx small_below = 2;  // m, n or k below this: one plain product
+    static idx kb(idx k) {
+        if (k < 129 || k > 256) return 128;
+        idx h = (k / 2) & ~idx(3);
+        return h < 4 ? 4 : h;
+    }
+    static idx mb(idx m, idx n, idx k) {
+        if (k > 256 || m + n < 10000) return 512;
+        idx kk = k < kb(k) ? k : kb(k);
+        return kk <= 16 ? 1536 : kk <= 32 ? 1024 : kk <= 64 ? 768 : 512;
+    }
+    static idx nb(idx n) { return n < 4992 ? n : 4992; }
+    template <class F> static void depth_blocks(idx k, F f) {
+        const idx b = kb(k);
+        for (idx k0 = 0; k0 < k; k0 += b) f(k0, k - k0 < b ? k - k0 : b);
+    }
+    static workspace<double> take(idx m, idx n, idx k) {
+        const std::size_t KB = std::size_t(kb(k)), MB = std::size_t(mb(m, n, k)), NB = std::size_t(nb(n));
+        workspace<double> w;
+        char* p = static_cast<char*>(ork_serv_allocate(KB * 192 + KB * MB * 8 + KB * NB * 8 + 18176, 128));
+        w.block = p;
+        w.a = reinterpret_cast<double*>(page_after(p));
+        char* q = p + KB * MB * 8 + 8704;
+        w.scratch = floor_to(q, 128) + 640;
+        w.b = reinterpret_cast<double*>(page_after(q + KB * 192 + 768));
+        return w;
+    }
+};
+
+// ---- single: depth blocks of 112 with the short one first, packed path
+// only from 8 x 8 x 8 on.
+template <> struct engine<float> {
+    static constexpr idx small_below = 8;
+    static idx mb(idx, idx, idx) { return 648; }  // a multiple of 12 that fits the A region
+    static idx nb(idx n) { return n < 2000 ? n : 2000; }
+    template <class F> static void depth_blocks(idx k, F f) {
+        idx first = k % 112 ? k % 112 : 112;
+        f(idx(0), k < first ? k : first);
+        for (idx k0 = first; k0 < k; k0 += 112) f(k0, idx(112));
+    }
+    static workspace<float> take(idx, idx n, idx) {
+        const std::size_t NB = std::size_t(nb(n));
+        workspace<float> w;
+        char* p = static_cast<char*>(ork_serv_allocate(NB * 448 + 311552, 128));
+        w.block = p;
+        w.a = reinterpret_cast<float*>(page_after(p));
+        w.b = reinterpret_cast<float*>(page_after(p + 303360));
+        w.scratch = floor_to(p + 295424, 128) + 256;
+        return w;
+    }
+};
+
+// ---- complex: depth blocks of 64, row blocks of 320, column blocks of up
+// to 2048; the workspace is (kb*es)*nb plus a fixed part.
+template <class R> struct complex_engine {
+    using T = cx<R>;
+    static constexpr idx small_below = 2, kbc = 64, mbc = 320;
+    static idx mb(idx, idx, idx) { return mbc; }
+    static idx nb(idx n) { return n < 2048 ? n : 2048; }
+    template <class F> static void depth_blocks(idx k, F f) {
+        for (idx k0 = 0; k0 < k; k0 += kbc) f(k0, k - k0 < kbc ? k - k0 : kbc);
+    }
+    static workspace<T> take(idx, idx n, idx) {
+        constexpr std::size_t es = sizeof(T), abytes = std::size_t(mbc * kbc) * es;
+        const std::size_t NB = std::size_t(nb(n));
+        workspace<T> w;
+        // 512*nb + 189696 bytes (single), 1024*nb + 353536 (double)
+        char* p = static_cast<char*>(ork_serv_allocate(kbc * es * NB + abytes + 25856, 128));
+        w.block = p;
+        w.a = reinterpret_cast<T*>(page_after(p));
+        w.scratch = floor_to(p + 4096 + abytes, 128) + 128;
+        w.b = reinterpret_cast<T*>(page_after(p + 4096 + abytes + 128 + kbc * 192));
+        return w;
+    }
+};
+template <> struct engine<cx<float>> : complex_engine<float> {};
+template <> struct engine<cx<double>> : complex_engine<double> {};
+
+template <class T> void release(const workspace<T>& w) { ork_serv_deallocate(w.block); }
+
+// y := alpha*op(A)*x + y through the dispatched entry (its threading
+// applies); a conjugated x is copied first, as gemv cannot conjugate it.
+void dispatched_gemv(char ta, idx m, idx n, double alpha, const double* a, idx lda, const double* x, idx incx,
+                     double* y);
+void dispatched_gemv(char ta, idx m, idx n, float alpha, const float* a, idx lda, const float* x, idx incx,
+                     float* y);
+void dispatched_gemv(char ta, idx m, idx n, cx<double> alpha, const cx<double>* a, idx lda, const cx<double>* x,
+                     idx incx, cx<double>* y);
+void dispatched_gemv(char ta, idx m, idx n, cx<float> alpha, const cx<float>* a, idx lda, const cx<float>* x,
+                     idx incx, cx<float>* y);
+
+// The packed rows of one depth block against one packed B panel: row blocks
+// of mb, each packed and multiplied. Rows beyond the last whole group are
+// left to the caller.
+template <class T>
+void rows_against_panel(char ta, idx m, idx kk, idx w, idx mb, T alpha, const T* a, idx lda, const T* pb, T* c,
+                        idx ldc, T* pa, void* scratch) {
+    const idx kkr = round_up4(kk);
+    for (idx i0 = 0; i0 + shape<T>::ra <= m; i0 += mb) {
+        const idx h = pack_a(ta, m - i0 < mb ? m - i0 : mb, kk, op_ptr(ta, a, lda, i0, 0), lda, pa, alpha);
+        if (kkr == 128) inner::multiply_128(h, w, pa, pb, c + i0, ldc, scratch);
+        else inner::multiply(h, w, kkr, pa, pb, c + i0, ldc, scratch);
+    }
+}
+
+// The last n mod q columns: one matrix-vector product each over the whole
+// depth, with column j of op(B) as x (conjugated into a copy for a
+// conjugate-transposed B, which gemv cannot do itself).
+template <class T>
+void last_columns(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, idx lda, const T* b, idx ldb, T* c,
+                  idx ldc) {
+    const idx j1 = n - n % shape<T>::q;
+    if (j1 == n) return;
+    T* conj_x = nullptr;
+    if (is_complex<T> && tb == 'C' && k > 0) conj_x = static_cast<T*>(ork_serv_allocate(std::size_t(k) * sizeof(T), 64));
+    for (idx j = j1; j < n; ++j) {
+        const T* x = op_ptr(tb, b, ldb, idx(0), j);
+        idx incx = tb == 'N' ? 1 : ldb;
+        if (conj_x) {
+            for (idx l = 0; l < k; ++l) conj_x[l] = conj(x[l * incx]);
+            x = conj_x;
+            incx = 1;
+        }
+        if (ta == 'N') dispatched_gemv(ta, m, k, alpha, a, lda, x, incx, c + j * ldc);
+        else dispatched_gemv(ta, k, m, alpha, a, lda, x, incx, c + j * ldc);
+    }
+    if (conj_x) ork_serv_deallocate(conj_x);
+}
+
+// C += alpha*op(A)*op(B) by the blocked nest, column blocks outermost; C has
+// its beta already. The plain product takes problems below the packed path.
+template <class T, class E = engine<T>>
+void accumulate(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, idx lda, const T* b, idx ldb, T* c,
+                idx ldc) {
+    if (m < 1 || n < 1 || alpha == zero<T>()) return;
+    if (m < E::small_below || n < E::small_below || k < E::small_below)
+        return pst(ta, tb, m, n, k, alpha, a, lda, b, ldb, one<T>(), c, ldc);
+    const idx np = n - n % shape<T>::q, mp = m - m % shape<T>::ra;
+    const idx mb = E::mb(m, n, k), nb = E::nb(n);
+    workspace<T> ws = E::take(m, n, k);
+    for (idx j0 = 0; j0 < np; j0 += nb) {
+        const idx w = np - j0 < nb ? np - j0 : nb;
+        E::depth_blocks(k, [&](idx k0, idx kk) {
+            pack_b(tb, kk, w, op_ptr(tb, b, ldb, k0, j0), ldb, ws.b);
+            rows_against_panel(ta, mp, kk, w, mb, alpha, op_ptr(ta, a, lda, idx(0), k0), lda, ws.b, c + j0 * ldc,
+                               ldc, ws.a, ws.scratch);
+            if (mp < m)
+                pst(ta, tb, m - mp, w, kk, alpha, op_ptr(ta, a, lda, mp, k0), lda, op_ptr(tb, b, ldb, k0, j0), ldb,
+                    one<T>(), c + mp + j0 * ldc, ldc);
+        });
+    }
+    release(ws);
+    last_columns(ta, tb, m, n, k, alpha, a, lda, b, ldb, c, ldc);
+}
+
+// The same result with row blocks outermost: each block of op(A) is packed
+// once per depth block and meets every column block in turn. Every element
+// of C receives the same operations in the same order as in accumulate().
+template <class T, class E = engine<T>>
+void accumulate_rows_outer(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, idx lda, const T* b,
+                           idx ldb, T* c, idx ldc) {
+    if (m < 1 || n < 1 || alpha == zero<T>()) return;
+    if (m < E::small_below || n < E::small_below || k < E::small_below)
+        return pst(ta, tb, m, n, k, alpha, a, lda, b, ldb, one<T>(), c, ldc);
+    const idx np = n - n % shape<T>::q, mp = m - m % shape<T>::ra;
+    const idx mb = E::mb(m, n, k), nb = E::nb(n);
+    workspace<T> ws = E::take(m, n, k);
+    for (idx i0 = 0; i0 < mp; i0 += mb) {
+        const idx hrows = mp - i0 < mb ? mp - i0 : mb;
+        E::depth_blocks(k, [&](idx k0, idx kk) {
+            const idx kkr = round_up4(kk);
+            const idx h = pack_a(ta, hrows, kk, op_ptr(ta, a, lda, i0, k0), lda, ws.a, alpha);
+            for (idx j0 = 0; j0 < np; j0 += nb) {
+                const idx w = np - j0 < nb ? np - j0 : nb;
+                pack_b(tb, kk, w, op_ptr(tb, b, ldb, k0, j0), ldb, ws.b);
+                T* cc = c + i0 + j0 * ldc;
+                if (kkr == 128) inner::multiply_128(h, w, ws.a, ws.b, cc, ldc, ws.scratch);
+                else inner::multiply(h, w, kkr, ws.a, ws.b, cc, ldc, ws.scratch);
+            }
+        });
+    }
+    if (mp < m)
+        E::depth_blocks(k, [&](idx k0, idx kk) {
+            pst(ta, tb, m - mp, np, kk, alpha, op_ptr(ta, a, lda, mp, k0), lda, op_ptr(tb, b, ldb, k0, idx(0)), ldb,
+                one<T>(), c + mp, ldc);
+        });
+    release(ws);
+    last_columns(ta, tb, m, n, k, alpha, a, lda, b, ldb, c, ldc);
+}
+
+// The whole call after the processor test: quick return, one beta pass
+// (single precision first finishes an alpha = 0 call on its own), then the
+// nest. Complex types clear C for beta = 0 rather than scale it.
+template <class T, class E = engine<T>>
+void gemm(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, idx lda, const T* b, idx ldb, T beta, T* c,
+          idx ldc) {
+    if (m < 1 || n < 1) return;
+    if constexpr (std::is_same_v<T, float>) {
+        if (alpha == 0) {
+            if (beta == 0) zerom(m, n, c, ldc);
+            else if (beta != 1) scalm(m, n, beta, c, ldc);
+            return;
+        }
+    }
+    if constexpr (is_complex<T>) {
+        if (beta == zero<T>()) zerom(m, n, c, ldc);
+        else if (!(beta == one<T>())) scalm(m, n, beta, c, ldc);
+    } else if (!(beta == one<T>())) {
+        scalm(m, n, beta, c, ldc);
+    }
+    accumulate<T, E>(ta, tb, m, n, k, alpha, a, lda, b, ldb, c, ldc);
+}
+
+}  // namespace ork::gemm

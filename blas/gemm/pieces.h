@@ -1,0 +1,70 @@
+// Pieces of the matrix-multiply loop nest that libork's threading runs on
+// disjoint parts of C, and the alternative blocking for AMD family-10h parts.
+#pragma once
+
+#include "blas/gemm/driver.h"
+
+namespace ork::gemm {
+
+// Rows of one depth block against a B panel already packed (kk x w, w a
+// multiple of q): op(A) rows are packed here, block by block. Rows beyond
+// the last whole group are not touched.
+template <class T>
+void b_packed(char ta, idx m, idx kk, idx w, T alpha, const T* a, idx lda, const T* pb, T* c, idx ldc) {
+    if (m < shape<T>::ra || w < 1 || kk < 1) return;
+    workspace<T> ws = engine<T>::take(m, w, kk);
+    rows_against_panel(ta, m - m % shape<T>::ra, kk, w, engine<T>::mb(m, w, kk), alpha, a, lda, pb, c, ldc, ws.a,
+                       ws.scratch);
+    release(ws);
+}
+
+// Both operands packed: the inner kernel alone, with scratch of its own.
+template <class T>
+void ab_packed(idx h, idx w, idx kkr, const T* pa, const T* pb, T* c, idx ldc) {
+    if (h < 1 || w < 1 || kkr < 1) return;
+    void* scratch = ork_serv_allocate(std::size_t(kkr) * 192, 128);
+    if (kkr == 128) inner::multiply_128(h, w, pa, pb, c, ldc, scratch);
+    else inner::multiply(h, w, kkr, pa, pb, c, ldc, scratch);
+    ork_serv_deallocate(scratch);
+}
+
+// A block already packed (h rows, depth kk): op(B)(0 .. kk-1, 0 .. n'-1) is
+// packed here column block by column block. The last n mod q columns are
+// not touched.
+template <class T>
+void a_packed(char tb, idx kk, idx n, idx h, const T* pa, const T* b, idx ldb, T* c, idx ldc) {
+    const idx np = n - n % shape<T>::q, kkr = round_up4(kk);
+    if (h < 1 || np < 1 || kk < 1) return;
+    const idx nb = engine<T>::nb(np);
+    workspace<T> ws = engine<T>::take(h, np, kk);
+    for (idx j0 = 0; j0 < np; j0 += nb) {
+        const idx w = np - j0 < nb ? np - j0 : nb;
+        pack_b(tb, kk, w, op_ptr(tb, b, ldb, idx(0), j0), ldb, ws.b);
+        if (kkr == 128) inner::multiply_128(h, w, pa, ws.b, c + j0 * ldc, ldc, ws.scratch);
+        else inner::multiply(h, w, kkr, pa, ws.b, c + j0 * ldc, ldc, ws.scratch);
+    }
+    release(ws);
+}
+
+// The AMD family-10h blocking: the plan of the main engine with depth
+// blocks of 256 and row blocks of 256, which suit its 64 KiB L1 and 512 KiB
+// L2 better.
+template <class T> struct brc_engine : engine<T> {
+    static constexpr idx kbb = 256, mbb = 256;
+    static idx mb(idx, idx, idx) { return mbb - mbb % shape<T>::ra; }
+    template <class F> static void depth_blocks(idx k, F f) {
+        for (idx k0 = 0; k0 < k; k0 += kbb) f(k0, k - k0 < kbb ? k - k0 : kbb);
+    }
+    static workspace<T> take(idx, idx n, idx) {
+        const std::size_t NB = std::size_t(engine<T>::nb(n)), es = sizeof(T);
+        workspace<T> w;
+        char* p = static_cast<char*>(ork_serv_allocate(kbb * 192 + kbb * mbb * es + kbb * NB * es + 3 * 4096, 128));
+        w.block = p;
+        w.a = reinterpret_cast<T*>(page_after(p));
+        w.scratch = page_after(p + kbb * mbb * es);
+        w.b = reinterpret_cast<T*>(page_after(p + kbb * mbb * es + 4096 + kbb * 192));
+        return w;
+    }
+};
+
+}  // namespace ork::gemm

@@ -1,0 +1,64 @@
+// The packed layouts of the matrix-multiply engine, per element type.
+//
+// Packed A: rows in groups of RA; group g occupies RA*kkr elements from
+// g*RA*kkr, depth index j of it the RA elements from g*RA*kkr + j*RA, already
+// multiplied by alpha; depths kk .. kkr-1 (kkr = kk rounded up to 4) are zero.
+// Packed B: columns in panels, as many of widths[0] as fit, then at most one
+// of each narrower width; a panel of pw columns at column c0 occupies pw*kkr
+// elements from c0*kkr, depth row r of it the pw elements from c0*kkr + pw*r;
+// rows kk .. kkr-1 are zero. The inner kernel keeps 12 vector accumulators:
+// RA rows by the panel's columns (two accumulators per column when complex).
+#pragma once
+
+#include "frame/types.h"
+
+namespace ork::gemm {
+
+template <class T> struct shape;
+// Two rows of doubles per vector, one vector per column: 2 x 12.
+template <> struct shape<double> {
+    static constexpr int ra = 2, q = 4, widths[3] = {12, 8, 4};
+};
+// Three vectors of four rows, four columns: 12 x 4.
+template <> struct shape<float> {
+    static constexpr int ra = 12, q = 4, widths[3] = {4, 4, 4};
+};
+// One complex double per vector, two accumulators per column: 1 x 6.
+template <> struct shape<cx<double>> {
+    static constexpr int ra = 1, q = 2, widths[3] = {6, 4, 2};
+};
+// Two complex singles per vector, two accumulators per column: 2 x 6.
+template <> struct shape<cx<float>> {
+    static constexpr int ra = 2, q = 2, widths[3] = {6, 4, 2};
+};
+
+inline idx round_up4(idx k) { return (k + 3) & ~idx(3); }
+
+// Calls f(c0, pw) for each panel of a w-column block (w a multiple of q).
+template <class T, class F>
+void for_each_panel(idx w, F f) {
+    constexpr auto& pw = shape<T>::widths;
+    idx c0 = 0;
+    for (; w - c0 >= pw[0]; c0 += pw[0]) f(c0, idx(pw[0]));
+    for (int k = 1; k < 3; ++k)
+        if (pw[k] < pw[k - 1] && w - c0 >= pw[k]) {
+            f(c0, idx(pw[k]));
+            c0 += pw[k];
+        }
+}
+
+// op(X)(i, j) for a column-major X with leading dimension ld: 'N' plain,
+// 'T' transposed, 'C' conjugate-transposed.
+template <class T>
+inline T op_at(char t, const T* x, idx ld, idx i, idx j) {
+    if (t == 'N') return x[i + j * ld];
+    T v = x[j + i * ld];
+    return t == 'C' ? conj(v) : v;
+}
+// Address of op(X)(i, j).
+template <class T>
+inline T* op_ptr(char t, T* x, idx ld, idx i, idx j) {
+    return t == 'N' ? x + i + j * ld : x + j + i * ld;
+}
+
+}  // namespace ork::gemm

@@ -1,0 +1,135 @@
+// Inner kernels of the matrix-multiply engine for the baseline generation,
+// in SSE2 intrinsics: twelve 16-byte accumulators per block of C.
+//
+// Each B value of the panel in hand is first broadcast into a scratch copy
+// (two doubles or four singles per 16 bytes; the real and imaginary parts
+// separately for complex), so that one packed multiply applies it to a whole
+// vector of A rows without a shuffle in the depth loop. Per depth step a
+// double 2 x 12 block then costs one A load and twelve multiply-adds with
+// memory operands.
+#include <emmintrin.h>
+
+#include <cstdint>
+
+#include "blas/gemm/inner.h"
+
+namespace ork::gemm::inner {
+namespace {
+
+template <class R> struct simd;
+template <> struct simd<double> {
+    using V = __m128d;
+    static constexpr int lanes = 2;
+    static V zero() { return _mm_setzero_pd(); }
+    static V set1(double v) { return _mm_set1_pd(v); }
+    static V load(const double* p) { return _mm_load_pd(p); }
+    static V loadu(const double* p) { return _mm_loadu_pd(p); }
+    static void storeu(double* p, V v) { _mm_storeu_pd(p, v); }
+    static void store(double* p, V v) { _mm_store_pd(p, v); }
+    static V add(V a, V b) { return _mm_add_pd(a, b); }
+    static V mul(V a, V b) { return _mm_mul_pd(a, b); }
+    // [re, im] lanes of a product sum: r = sum a*b_re, i = sum a*b_im
+    // gives (r.re - i.im, r.im + i.re).
+    static V combine(V r, V i) { return _mm_add_pd(r, _mm_mul_pd(_mm_shuffle_pd(i, i, 1), _mm_set_pd(1.0, -1.0))); }
+};
+template <> struct simd<float> {
+    using V = __m128;
+    static constexpr int lanes = 4;
+    static V zero() { return _mm_setzero_ps(); }
+    static V set1(float v) { return _mm_set1_ps(v); }
+    static V load(const float* p) { return _mm_load_ps(p); }
+    static V loadu(const float* p) { return _mm_loadu_ps(p); }
+    static void storeu(float* p, V v) { _mm_storeu_ps(p, v); }
+    static void store(float* p, V v) { _mm_store_ps(p, v); }
+    static V add(V a, V b) { return _mm_add_ps(a, b); }
+    static V mul(V a, V b) { return _mm_mul_ps(a, b); }
+    static V combine(V r, V i) {
+        return _mm_add_ps(r, _mm_mul_ps(_mm_shuffle_ps(i, i, _MM_SHUFFLE(2, 3, 0, 1)), _mm_set_ps(1, -1, 1, -1)));
+    }
+};
+
+// One panel of PW columns against all row groups of packed A. KFIX fixes the
+// depth at compile time (0: kkr at run time).
+template <class T, int PW, int KFIX>
+void panel(idx h, idx kkr_run, const T* pa, const T* pb, T* c, idx ldc, void* scratch) {
+    using R = real_t<T>;
+    using S = simd<R>;
+    using V = typename S::V;
+    constexpr int cb = is_complex<T> ? 2 : 1;          // accumulators per column
+    constexpr int nv = PW * cb;                         // broadcast vectors per depth row
+    constexpr int per_vec = S::lanes / cb;              // elements of T per vector
+    constexpr int ra = shape<T>::ra, mv = ra / per_vec; // A vectors per depth step
+    static_assert(mv * nv <= 12, "twelve accumulators");
+    const idx kkr = KFIX ? KFIX : kkr_run;
+
+    // the broadcast copy of the panel, depth row by depth row
+    V* bs = static_cast<V*>(scratch);
+    const R* pbr = reinterpret_cast<const R*>(pb);
+    for (idx r = 0; r < kkr; ++r)
+#pragma GCC unroll 12
+        for (int v = 0; v < nv; ++v) bs[r * nv + v] = S::set1(pbr[r * nv + v]);
+
+    const R* par = reinterpret_cast<const R*>(pa);
+    for (idx g = 0; g < h / ra; ++g) {
+        V acc[mv][nv];
+#pragma GCC unroll 12
+        for (int v = 0; v < nv; ++v)
+#pragma GCC unroll 3
+            for (int m = 0; m < mv; ++m) acc[m][v] = S::zero();
+        const R* ap = par + g * ra * kkr * cb;
+        const V* bp = bs;
+#pragma GCC unroll 4
+        for (idx r = 0; r < kkr; ++r) {
+            V a[mv];
+#pragma GCC unroll 3
+            for (int m = 0; m < mv; ++m) a[m] = S::load(ap + m * S::lanes);
+#pragma GCC unroll 12
+            for (int v = 0; v < nv; ++v)
+#pragma GCC unroll 3
+                for (int m = 0; m < mv; ++m) acc[m][v] = S::add(acc[m][v], S::mul(a[m], bp[v]));
+            ap += ra * cb;
+            bp += nv;
+        }
+        // wrap-up: add the block into C, column by column
+        T* cg = c + g * ra;
+        const bool aligned = (reinterpret_cast<std::uintptr_t>(cg) & 15) == 0 && (ldc * sizeof(T)) % 16 == 0;
+#pragma GCC unroll 12
+        for (int col = 0; col < PW; ++col) {
+            R* cc = reinterpret_cast<R*>(cg + col * ldc);
+#pragma GCC unroll 3
+            for (int m = 0; m < mv; ++m) {
+                V sum;
+                if constexpr (cb == 2) sum = S::combine(acc[m][2 * col], acc[m][2 * col + 1]);
+                else sum = acc[m][col];
+                R* p = cc + m * S::lanes;
+                if (aligned) S::store(p, S::add(S::load(p), sum));
+                else S::storeu(p, S::add(S::loadu(p), sum));
+            }
+        }
+    }
+}
+
+template <class T, int KFIX>
+void run(idx h, idx w, idx kkr, const T* pa, const T* pb, T* c, idx ldc, void* scratch) {
+    for_each_panel<T>(w, [&](idx c0, idx pw) {
+        const T* p = pb + c0 * kkr;
+        T* cc = c + c0 * ldc;
+        constexpr auto& wd = shape<T>::widths;
+        if (pw == wd[0]) panel<T, wd[0], KFIX>(h, kkr, pa, p, cc, ldc, scratch);
+        else if (pw == wd[1]) panel<T, wd[1], KFIX>(h, kkr, pa, p, cc, ldc, scratch);
+        else panel<T, wd[2], KFIX>(h, kkr, pa, p, cc, ldc, scratch);
+    });
+}
+
+}  // namespace
+
+void multiply(idx h, idx w, idx kkr, const double* pa, const double* pb, double* c, idx ldc, void* s) { run<double, 0>(h, w, kkr, pa, pb, c, ldc, s); }
+void multiply(idx h, idx w, idx kkr, const float* pa, const float* pb, float* c, idx ldc, void* s) { run<float, 0>(h, w, kkr, pa, pb, c, ldc, s); }
+void multiply(idx h, idx w, idx kkr, const cx<double>* pa, const cx<double>* pb, cx<double>* c, idx ldc, void* s) { run<cx<double>, 0>(h, w, kkr, pa, pb, c, ldc, s); }
+void multiply(idx h, idx w, idx kkr, const cx<float>* pa, const cx<float>* pb, cx<float>* c, idx ldc, void* s) { run<cx<float>, 0>(h, w, kkr, pa, pb, c, ldc, s); }
+void multiply_128(idx h, idx w, const double* pa, const double* pb, double* c, idx ldc, void* s) { run<double, 128>(h, w, 128, pa, pb, c, ldc, s); }
+void multiply_128(idx h, idx w, const float* pa, const float* pb, float* c, idx ldc, void* s) { run<float, 128>(h, w, 128, pa, pb, c, ldc, s); }
+void multiply_128(idx h, idx w, const cx<double>* pa, const cx<double>* pb, cx<double>* c, idx ldc, void* s) { run<cx<double>, 128>(h, w, 128, pa, pb, c, ldc, s); }
+void multiply_128(idx h, idx w, const cx<float>* pa, const cx<float>* pb, cx<float>* c, idx ldc, void* s) { run<cx<float>, 128>(h, w, 128, pa, pb, c, ldc, s); }
+
+}  // namespace ork::gemm::inner

@@ -1,0 +1,132 @@
+// libork's matrix-multiply entries: the reference argument checks, then the
+// product split over OpenMP threads into slabs of C, each computed by the
+// kernel library's loop-nest pieces.
+#include <type_traits>
+
+#include "core/core.h"
+
+using ork::core::entry;
+using ork::core::kernel_table;
+using idx = ork_int;
+
+namespace {
+
+const kernel_table& K() { return ork::core::kernels(); }
+
+template <class C> bool is_zero(const C& v) {
+    if constexpr (std::is_arithmetic_v<C>) return v == 0;
+    else return v.re == 0 && v.im == 0;
+}
+template <class C> bool is_one(const C& v) {
+    if constexpr (std::is_arithmetic_v<C>) return v == 1;
+    else return v.re == 1 && v.im == 0;
+}
+
+// The kernels of one element type. `q`: columns of the packed path's panels
+// (a slab of C is a multiple of it, so the leftover columns are the same
+// ones as for the whole product); `ra`: rows of one packed group.
+template <class C> struct gemm_kernels;
+#define ORK_GEMM_KERNELS(C, p, Q, RA, ZEROM)                                                          \
+    template <> struct gemm_kernels<C> {                                                              \
+        static constexpr idx q = Q, ra = RA;                                                          \
+        static auto driver() { return K().ork_blas_x##p##gemm; }                                      \
+        static auto by_columns() { return K().ork_blas_x##p##gemm_0; }                                \
+        static auto by_rows() { return K().ork_blas_x##p##gemm_1; }                                   \
+        static auto scalm() { return K().ork_blas_##p##gemm_scalm; }                                  \
+        static auto zerom() { return ZEROM; }                                                         \
+    };
+ORK_GEMM_KERNELS(float, s, 4, 12, nullptr)
+ORK_GEMM_KERNELS(double, d, 4, 2, nullptr)
+ORK_GEMM_KERNELS(ork_complex8, c, 2, 2, K().ork_blas_cgemm_zerom)
+ORK_GEMM_KERNELS(ork_complex16, z, 2, 1, K().ork_blas_zgemm_zerom)
+#undef ORK_GEMM_KERNELS
+
+// Below this many multiply-adds a second thread does not pay for itself.
+constexpr double split_min_work = 1 << 21;
+
+template <class C>
+void gemm(const char* name, const char* ta, const char* tb, const idx* m, const idx* n, const idx* k,
+          const C* alpha, const C* a, const idx* lda, const C* b, const idx* ldb, const C* beta, C* c,
+          const idx* ldc) {
+    using G = gemm_kernels<C>;
+    entry e(name);
+    auto op_ok = [](const char* f) {
+        return f && (ork_serv_lsame(f, "N", 1, 1) || ork_serv_lsame(f, "T", 1, 1) || ork_serv_lsame(f, "C", 1, 1));
+    };
+    if (!op_ok(ta)) return (void)e.fail(1);
+    if (!op_ok(tb)) return (void)e.fail(2);
+    if (!m || *m < 0) return (void)e.fail(3);
+    if (!n || *n < 0) return (void)e.fail(4);
+    if (!k || *k < 0) return (void)e.fail(5);
+    const idx M = *m, N = *n, Kd = *k;
+    const bool na = ork_serv_lsame(ta, "N", 1, 1), nb = ork_serv_lsame(tb, "N", 1, 1);
+    const idx rows_a = na ? M : Kd, rows_b = nb ? Kd : N;
+    const bool any = M > 0 && N > 0;
+    if (!alpha) return (void)e.fail(6);
+    if (!a && any && Kd > 0) return (void)e.fail(7);
+    if (!lda || *lda < (rows_a > 1 ? rows_a : 1)) return (void)e.fail(8);
+    if (!b && any && Kd > 0) return (void)e.fail(9);
+    if (!ldb || *ldb < (rows_b > 1 ? rows_b : 1)) return (void)e.fail(10);
+    if (!beta) return (void)e.fail(11);
+    if (!c && any) return (void)e.fail(12);
+    if (!ldc || *ldc < (M > 1 ? M : 1)) return (void)e.fail(13);
+    if (!any) return;
+
+    const int threads = ork::core::max_threads();
+    const double work = double(M) * double(N) * double(Kd);
+    // The alternative engine of AMD family-10h parts and the alpha = 0
+    // finish are the driver's own: no split.
+    const bool whole = threads < 2 || work < split_min_work || is_zero(*alpha) ||
+                       (ork_serv_cpu_detect() == 0 && ork_serv_cpuisitbarcelona());
+    // Slabs of at least 8 columns (a multiple of q), or of 64 rows (a
+    // multiple of the packed row group), keep every slab on the same path as
+    // the whole product, so the bits do not depend on the thread count.
+    const idx col_unit = 8, row_unit = G::ra * ((64 + G::ra - 1) / G::ra);
+    const bool by_cols = N >= 2 * col_unit;
+    const bool by_rows = !by_cols && M >= 2 * row_unit;
+    if (whole || (!by_cols && !by_rows))
+        return G::driver()(ta, tb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc);
+
+    const idx unit = by_cols ? col_unit : row_unit, extent = by_cols ? N : M;
+    const idx units = extent / unit;
+    const int t = int(units < threads ? units : threads);
+    const idx LDC = *ldc, LDA = *lda, LDB = *ldb;
+#pragma omp parallel for num_threads(t) schedule(static, 1)
+    for (int s = 0; s < t; ++s) {
+        const idx u0 = units * s / t, u1 = units * (s + 1) / t;
+        const idx i0 = u0 * unit, len = (s == t - 1 ? extent : u1 * unit) - i0;
+        const idx sm = by_cols ? M : len, sn = by_cols ? len : N;
+        C* cs = by_cols ? c + i0 * LDC : c + i0;
+        if (!is_one(*beta)) {
+            if constexpr (!std::is_arithmetic_v<C>) {
+                if (is_zero(*beta)) {
+                    G::zerom()(&sm, &sn, cs, ldc);
+                } else {
+                    G::scalm()(&sm, &sn, beta, cs, ldc);
+                }
+            } else {
+                G::scalm()(&sm, &sn, beta, cs, ldc);
+            }
+        }
+        if (by_cols) {
+            const C* bs = nb ? b + i0 * LDB : b + i0;
+            G::by_columns()(ta, tb, &sm, &sn, k, alpha, a, lda, bs, ldb, cs, ldc);
+        } else {
+            const C* as = na ? a + i0 : a + i0 * LDA;
+            G::by_rows()(ta, tb, &sm, &sn, k, alpha, as, lda, b, ldb, cs, ldc);
+        }
+    }
+}
+
+}  // namespace
+
+#define ORK_GEMM_ENTRY(p, C)                                                                                     \
+    ORK_CORE_API void ork_blas_##p##gemm(const char* ta, const char* tb, const idx* m, const idx* n, const idx* k, \
+                                         const C* alpha, const C* a, const idx* lda, const C* b, const idx* ldb,   \
+                                         const C* beta, C* c, const idx* ldc) {                                    \
+        gemm<C>("ork_blas_" #p "gemm", ta, tb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc);                      \
+    }
+ORK_GEMM_ENTRY(s, float)
+ORK_GEMM_ENTRY(d, double)
+ORK_GEMM_ENTRY(c, ork_complex8)
+ORK_GEMM_ENTRY(z, ork_complex16)
