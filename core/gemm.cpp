@@ -35,7 +35,7 @@ template <class C> struct gemm_kernels;
         static auto scalm() { return K().ork_blas_##p##gemm_scalm; }                                  \
         static auto zerom() { return ZEROM; }                                                         \
     };
-ORK_GEMM_KERNELS(float, s, 4, 12, nullptr)
+ORK_GEMM_KERNELS(float, s, 4, 8, nullptr)
 ORK_GEMM_KERNELS(double, d, 4, 2, nullptr)
 ORK_GEMM_KERNELS(ork_complex8, c, 2, 2, K().ork_blas_cgemm_zerom)
 ORK_GEMM_KERNELS(ork_complex16, z, 2, 1, K().ork_blas_zgemm_zerom)

@@ -68,7 +68,7 @@ template <> struct engine<double> {
 // only from 8 x 8 x 8 on.
 template <> struct engine<float> {
     static constexpr idx small_below = 8;
-    static idx mb(idx, idx, idx) { return 648; }  // a multiple of 12 that fits the A region
+    static idx mb(idx, idx, idx) { return 648; }  // a multiple of 8 that fits the A region
     static idx nb(idx n) { return n < 2000 ? n : 2000; }
     template <class F> static void depth_blocks(idx k, F f) {
         idx first = k % 112 ? k % 112 : 112;

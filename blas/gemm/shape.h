@@ -6,8 +6,8 @@
 // Packed B: columns in panels, as many of widths[0] as fit, then at most one
 // of each narrower width; a panel of pw columns at column c0 occupies pw*kkr
 // elements from c0*kkr, depth row r of it the pw elements from c0*kkr + pw*r;
-// rows kk .. kkr-1 are zero. The inner kernel keeps 12 vector accumulators:
-// RA rows by the panel's columns (two accumulators per column when complex).
+// rows kk .. kkr-1 are zero. The inner kernel keeps up to 12 vector
+// accumulators: RA rows by the panel's columns (two per column when complex).
 #pragma once
 
 #include "frame/types.h"
@@ -19,9 +19,12 @@ template <class T> struct shape;
 template <> struct shape<double> {
     static constexpr int ra = 2, q = 4, widths[3] = {12, 8, 4};
 };
-// Three vectors of four rows, four columns: 12 x 4.
+// Two vectors of four rows, four columns: 8 x 4 (eight accumulators: the
+// broadcast copy of a wider panel would not fit the single-precision
+// workspace's scratch region, and groups of 8 rows leave no leftover rows
+// for the usual power-of-two sizes).
 template <> struct shape<float> {
-    static constexpr int ra = 12, q = 4, widths[3] = {4, 4, 4};
+    static constexpr int ra = 8, q = 4, widths[3] = {4, 4, 4};
 };
 // One complex double per vector, two accumulators per column: 1 x 6.
 template <> struct shape<cx<double>> {
