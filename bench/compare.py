@@ -4,13 +4,24 @@
 Benchmarks are named <routine>/<lib>/<args...>, optionally with threads:<t>
 among the arguments (Google Benchmark may append real_time and the like).
 Every ork result is paired with the result of the same routine and arguments
-for the peer (openblas by default), and the table shows both throughputs and
-their ratio ork/peer: above 1, ork is faster.
+for the peer (openblas by default), and the table shows both speeds
+(throughput in GB/s, or GFLOP/s for programs that report a GFLOPS counter)
+and their ratio ork/peer: above 1, ork is faster.
 
-    python3 bench/compare.py                      # build/release/bin/ork-bench-level1
+    python3 bench/compare.py                      # level 1: build/release/bin/ork-bench-level1
+    python3 bench/compare.py level1               # the same
+    python3 bench/compare.py gemm                 # ork-bench-gemm, twice: OpenBLAS native and Core2
+    python3 bench/compare.py all                  # level1, then gemm
     python3 bench/compare.py path/to/ork-bench-x --min-time 0.5 --repetitions 5
+    python3 bench/compare.py gemm path/to/ork-bench-gemm --benchmark_filter=dgemm
     python3 bench/compare.py --json-in saved.json # compare a saved run
     python3 bench/compare.py --benchmark_filter=ddot     # any --benchmark_* flag is passed on
+
+The gemm comparison runs the program once per OpenBLAS core type
+(--coretypes, default "native,Core2": OPENBLAS_CORETYPE unset, then set to
+Core2, which makes OpenBLAS use its SSE2-era kernels when it is loaded). Each
+ratio is taken within one run, where ork and OpenBLAS alternate on the same
+data; the table shows ork's speed from each run beside the peer's.
 
 Standard library only.
 """
@@ -23,7 +34,12 @@ import subprocess
 import sys
 
 REPO = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
-DEFAULT_BINARY = os.path.join(REPO, "build", "release", "bin", "ork-bench-level1")
+DEFAULT_BIN_DIR = os.path.join(REPO, "build", "release", "bin")
+PROGRAMS = {"level1": "ork-bench-level1", "gemm": "ork-bench-gemm"}
+# Per mode: --benchmark_min_time and repetitions unless given. The gemm
+# program runs its longest products (a second or more per call) once,
+# whatever the repetitions.
+MODE_DEFAULTS = {"level1": ("0.2", 5), "gemm": ("0.05", 3)}
 
 # Name fields Google Benchmark appends that are not arguments of the call.
 TIMING_MARKERS = ("real_time", "process_time", "manual_time")
@@ -89,7 +105,7 @@ def pick_results(benchmarks):
     return chosen
 
 
-def run_binary(binary, min_time, repetitions, extra):
+def run_binary(binary, min_time, repetitions, extra, env=None, note=""):
     if not os.path.exists(binary):
         sys.exit(f"compare.py: no benchmark program at {binary}; build it first "
                  "(cmake --preset release && cmake --build --preset release)")
@@ -99,8 +115,8 @@ def run_binary(binary, min_time, repetitions, extra):
     if repetitions and repetitions > 1:
         cmd += [f"--benchmark_repetitions={repetitions}", "--benchmark_report_aggregates_only=true"]
     cmd += extra
-    print("running: " + " ".join(cmd), file=sys.stderr, flush=True)
-    proc = subprocess.run(cmd, stdout=subprocess.PIPE, text=True)
+    print("running: " + note + " ".join(cmd), file=sys.stderr, flush=True)
+    proc = subprocess.run(cmd, stdout=subprocess.PIPE, text=True, env=env)
     if proc.returncode != 0:
         sys.exit(f"compare.py: {binary} exited with status {proc.returncode}")
     return json.loads(proc.stdout)
@@ -108,6 +124,19 @@ def run_binary(binary, min_time, repetitions, extra):
 
 def fmt_rate(bps):
     return "-" if bps is None else f"{bps / 1e9:.2f}"
+
+
+def gflops(entry):
+    """GFLOP/s of one result (1e9 operations per second), or None: the
+    program's GFLOPS counter, else its per-call "flop" over the time."""
+    if entry is None or entry.get("error_occurred"):
+        return None
+    if entry.get("GFLOPS") is not None:
+        return float(entry["GFLOPS"])
+    if entry.get("flop") is not None:
+        t = seconds(entry)
+        return entry["flop"] / t / 1e9 if t > 0 else None
+    return None
 
 
 def fmt_cv(cv):
@@ -136,11 +165,17 @@ def compare(data, lib, peer):
 
 
 def metric(entry):
-    """(throughput in bytes/s or None, time in s) of one result; None for a
-    missing or failed one."""
+    """(rate or None, time in s) of one result, the rate in bytes/s, or in
+    floating-point operations per second for a program that counts them;
+    None for a missing or failed one."""
     if entry is None or entry.get("error_occurred"):
         return None
-    return entry.get("bytes_per_second"), seconds(entry)
+    g = gflops(entry)
+    return (g * 1e9 if g is not None else entry.get("bytes_per_second")), seconds(entry)
+
+
+def counts_flops(rows):
+    return any(gflops(e) is not None for r in rows for e in r[3:])
 
 
 def ratio(mine, theirs):
@@ -154,8 +189,9 @@ def ratio(mine, theirs):
 
 def print_table(rows, lib, peer, markdown, slow_below):
     single_numbers = all(len(a) == 1 and a[0].isdigit() for _, a, _, _, _ in rows)
+    unit = "GFLOP/s" if counts_flops(rows) else "GB/s"
     head = ["routine", "n" if single_numbers else "args", "threads",
-            f"{lib} GB/s", f"{peer} GB/s", f"{lib}/{peer}", f"{lib} cv%", f"{peer} cv%", ""]
+            f"{lib} {unit}", f"{peer} {unit}", f"{lib}/{peer}", f"{lib} cv%", f"{peer} cv%", ""]
     table = []
     ratios = []
     for routine, args, threads, mine_e, theirs_e in rows:
@@ -204,46 +240,175 @@ def print_table(rows, lib, peer, markdown, slow_below):
             print(line(row))
     if ratios:
         gm = math.exp(sum(math.log(r) for r in ratios) / len(ratios))
+        what = "GFLOP/s = 1e9 operations per second" if unit == "GFLOP/s" else "GB/s = 1e9 bytes per second"
         print(f"\n{len(ratios)} pairs; geometric mean of {lib}/{peer}: {gm:.2f} "
-              f"(> 1: {lib} faster); GB/s = 1e9 bytes per second")
+              f"(> 1: {lib} faster); {what}")
 
 
-def main():
-    ap = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-    ap.add_argument("binary", nargs="?", default=DEFAULT_BINARY,
-                    help="benchmark program (default: %(default)s)")
-    ap.add_argument("--min-time", default="0.2",
-                    help="--benchmark_min_time for each benchmark, in seconds (default: %(default)s)")
-    ap.add_argument("--repetitions", type=int, default=5,
-                    help="--benchmark_repetitions; with more than one the median is compared (default: %(default)s)")
-    ap.add_argument("--lib", default="ork", help="library under test, second name field (default: %(default)s)")
-    ap.add_argument("--peer", default="openblas", help="library compared with (default: %(default)s)")
-    ap.add_argument("--json-in", metavar="FILE", help="compare a saved JSON run instead of running the program")
-    ap.add_argument("--json-out", metavar="FILE", help="also save the program's JSON output")
-    ap.add_argument("--markdown", action="store_true", help="print a Markdown table")
-    ap.add_argument("--strict", action="store_true",
-                    help="exit with status 3 if a benchmark failed, or if the peer ran but a benchmark lacks its twin")
-    ap.add_argument("--slow-below", type=float, default=0.9,
-                    help="mark pairs whose ratio is below this (default: %(default)s)")
-    args, extra = ap.parse_known_args()
-    unknown = [a for a in extra if not a.startswith("--benchmark_")]
-    if unknown:
-        ap.error("unrecognized arguments: " + " ".join(unknown) + " (only --benchmark_* flags are passed on)")
+def print_lines(head, table, markdown, right):
+    if markdown:
+        print("| " + " | ".join(h or "note" for h in head) + " |")
+        print("|" + "|".join("---" for _ in head) + "|")
+        for row in table:
+            print("| " + " | ".join(row) + " |")
+        return
+    widths = [max(len(str(x)) for x in col) for col in zip(head, *table)]
 
+    def line(cells):
+        return "  ".join(c.rjust(w) if i in right else c.ljust(w)
+                         for i, (c, w) in enumerate(zip(cells, widths))).rstrip()
+    print(line(head))
+    print(line(["-" * w for w in widths]))
+    for row in table:
+        print(line(row))
+
+
+def coretype_label(ct):
+    return "native" if ct.lower() == "native" else ct
+
+
+def gemm_rows(runs, lib, peer):
+    """One row per (routine, args, threads) in the order of the first run:
+    [key, [(lib entry, peer entry) per run]]."""
+    per_run = []
+    order = []
+    for _, data in runs:
+        found = {}
+        for routine, args, threads, mine, theirs in compare(data, lib, peer):
+            key = (routine, args, threads)
+            found[key] = (mine, theirs)
+            if key not in order:
+                order.append(key)
+        per_run.append(found)
+    return [(key, [found.get(key, (None, None)) for found in per_run]) for key in order]
+
+
+def print_gemm_table(runs, lib, peer, markdown, slow_below):
+    """shape, type, threads; per run: ork GFLOP/s, peer GFLOP/s, ratio; ork's
+    two-thread over one-thread speed (first run); the largest cv%."""
+    rows = gemm_rows(runs, lib, peer)
+    labels = [coretype_label(ct) for ct, _ in runs]
+    head = ["shape", "type", "threads"]
+    for i, lab in enumerate(labels):
+        mark = "'" * i  # ork of the second run is ork', and so on
+        head += [f"{lib}{mark}", f"{peer} {lab}", f"{lib}{mark}/{lab}"]
+    head += [f"{lib} 2T/1T", "cv%", ""]
+    # ork's speed per (routine, args) and thread count, first run, for scaling
+    first = {(k[0], k[1], k[2]): gflops(pairs[0][0]) for k, pairs in rows}
+    table, ratios, problems = [], [[] for _ in runs], []
+    for (routine, args, threads), pairs in rows:
+        cells = ["/".join(args), routine[:1] if routine.endswith("gemm") else routine, str(threads)]
+        notes, cvs = [], []
+        for i, (mine, theirs) in enumerate(pairs):
+            g, h = gflops(mine), gflops(theirs)
+            r = g / h if g and h else None
+            if r is not None:
+                ratios[i].append(r)
+                if r < slow_below:
+                    notes.append(f"slower than {labels[i]}")
+            for who, e in ((lib, mine), (peer, theirs)):
+                if e is not None and e.get("error_occurred"):
+                    notes.append(f"{who} error ({labels[i]}): {e.get('error_message', '')}")
+                    problems.append(e)
+                if e is not None and e.get("_cv") is not None:
+                    cvs.append(e["_cv"])
+            if mine is not None and theirs is None and any(p[1] for p in pairs):
+                notes.append(f"no {peer} twin ({labels[i]})")
+                problems.append(mine)
+            cells += ["-" if g is None else f"{g:.2f}", "-" if h is None else f"{h:.2f}",
+                      "-" if r is None else f"{r:.2f}"]
+        one = first.get((routine, args, 1))
+        two = gflops(pairs[0][0])
+        cells.append(f"{two / one:.2f}" if threads == 2 and one and two else "")
+        cells.append(f"{100 * max(cvs):.1f}" if cvs else "")
+        cells.append("; ".join(dict.fromkeys(notes)))
+        table.append(cells)
+    right = set(range(2, len(head) - 1))
+    print_lines(head, table, markdown, right)
+    print()
+    for i, lab in enumerate(labels):
+        if ratios[i]:
+            gm = math.exp(sum(math.log(r) for r in ratios[i]) / len(ratios[i]))
+            print(f"{lab}: {len(ratios[i])} pairs; geometric mean of {lib}/{peer}: {gm:.2f}")
+    runs_text = ", ".join(f"{lib}{chr(39) * i} in the {lab} run" for i, lab in enumerate(labels))
+    print(f"GFLOP/s = 1e9 operations per second (2mnk real, 8mnk complex); {runs_text}; "
+          f"each ratio within its own run, > 1: {lib} faster; "
+          f"{lib} 2T/1T: {lib}'s two-thread speed over its one-thread speed ({labels[0]} run); "
+          "cv%: the largest coefficient of variation of the row's times over repetitions "
+          "(none where a product ran once)")
+    # the leading-dimension pair, when both ran
+    for (routine, args, threads), pairs in rows:
+        if len(args) == 2 and args[1].startswith("ld:") and threads == 1:
+            padded = gflops(pairs[0][0])
+            square = first.get((routine, (args[0],), 1))
+            if padded and square:
+                print(f"{routine} {args[0]}: {lib} at ld {args[0].split('x')[0]} {square:.2f} GFLOP/s, "
+                      f"at {args[1]} {padded:.2f} GFLOP/s (ratio {square / padded:.2f})")
+    return problems
+
+
+def print_context(ctx, keys):
+    for key in keys:
+        if key in ctx:
+            print(f"{key}: {ctx[key]}")
+
+
+def run_gemm(binary, args, extra):
+    """The gemm program once per core type; [(core type, results)]."""
+    runs = []
+    for ct in [c.strip() for c in args.coretypes.split(",") if c.strip()]:
+        env = dict(os.environ)
+        env.pop("OPENBLAS_CORETYPE", None)
+        if ct.lower() != "native":
+            env["OPENBLAS_CORETYPE"] = ct
+        note = "" if ct.lower() == "native" else f"OPENBLAS_CORETYPE={ct} "
+        runs.append((ct, run_binary(binary, args.min_time, args.repetitions, extra, env, note)))
+    return runs
+
+
+def gemm_mode(args, extra, binary):
+    if args.json_in:
+        with open(args.json_in) as f:
+            saved = json.load(f)
+        # a saved gemm comparison, or one plain run of the program
+        runs = [(r["coretype"], r["results"]) for r in saved["runs"]] if "runs" in saved else [("native", saved)]
+    else:
+        runs = run_gemm(binary, args, extra)
+    if args.json_out:
+        with open(args.json_out, "w") as f:
+            json.dump({"runs": [{"coretype": ct, "results": d} for ct, d in runs]}, f, indent=1)
+    print_context(runs[0][1].get("context", {}), ("host_name", "num_cpus", "mhz_per_cpu", "ork",
+                                                  "ork_kernel_generation", "cpu_generation", "openblas"))
+    wrong_core = []
+    for ct, data in runs:
+        ctx = data.get("context", {})
+        core = ctx.get("openblas_core", "?")
+        print(f"openblas {coretype_label(ct)} run: core {core}; {ctx.get('openblas_config', '')}")
+        if ct.lower() != "native" and core.lower() != ct.lower():
+            wrong_core.append((ct, core))
+            print(f"compare.py: OPENBLAS_CORETYPE={ct} but OpenBLAS reports core {core}", file=sys.stderr)
+    print()
+    if not any(compare(d, args.lib, args.peer) for _, d in runs):
+        sys.exit(f"compare.py: no benchmark named <routine>/{args.lib}|{args.peer}/... in the results")
+    problems = print_gemm_table(runs, args.lib, args.peer, args.markdown, args.slow_below)
+    if args.strict and (problems or wrong_core):
+        print(f"compare.py: {len(problems)} failed or without a twin, {len(wrong_core)} runs on the wrong core",
+              file=sys.stderr)
+        sys.exit(3)
+
+
+def single_mode(args, extra, binary):
     if args.json_in:
         with open(args.json_in) as f:
             data = json.load(f)
     else:
-        data = run_binary(args.binary, args.min_time, args.repetitions, extra)
+        data = run_binary(binary, args.min_time, args.repetitions, extra)
     if args.json_out:
         with open(args.json_out, "w") as f:
             json.dump(data, f, indent=1)
 
-    ctx = data.get("context", {})
-    for key in ("host_name", "num_cpus", "mhz_per_cpu", "ork", "ork_kernel_generation", "cpu_generation",
-                "openblas_config", "openblas"):
-        if key in ctx:
-            print(f"{key}: {ctx[key]}")
+    print_context(data.get("context", {}), ("host_name", "num_cpus", "mhz_per_cpu", "ork", "ork_kernel_generation",
+                                            "cpu_generation", "openblas_config", "openblas"))
     print()
 
     rows = compare(data, args.lib, args.peer)
@@ -257,6 +422,70 @@ def main():
         if failed or unpaired:
             print(f"compare.py: {len(failed)} failed, {len(unpaired)} without a twin", file=sys.stderr)
             sys.exit(3)
+
+
+def main():
+    ap = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    ap.add_argument("what", nargs="*", metavar="[MODE] [PROGRAM]",
+                    help="level1 (the default), gemm or all, and/or the benchmark program to run; "
+                         "a program whose name contains 'gemm' is compared as the gemm program "
+                         f"(default programs: {DEFAULT_BIN_DIR}/ork-bench-<mode>)")
+    ap.add_argument("--bin-dir", default=DEFAULT_BIN_DIR,
+                    help="folder of the benchmark programs when none is named (default: %(default)s)")
+    ap.add_argument("--min-time", default=None,
+                    help="--benchmark_min_time for each benchmark, in seconds "
+                         "(default: level1 0.2, gemm 0.05)")
+    ap.add_argument("--repetitions", type=int, default=None,
+                    help="--benchmark_repetitions; with more than one the median is compared "
+                         "(default: level1 5, gemm 3)")
+    ap.add_argument("--coretypes", default="native,Core2",
+                    help="gemm: one run per OpenBLAS core type, 'native' leaving OPENBLAS_CORETYPE unset "
+                         "(default: %(default)s)")
+    ap.add_argument("--lib", default="ork", help="library under test, second name field (default: %(default)s)")
+    ap.add_argument("--peer", default="openblas", help="library compared with (default: %(default)s)")
+    ap.add_argument("--json-in", metavar="FILE", help="compare a saved JSON run instead of running the program")
+    ap.add_argument("--json-out", metavar="FILE", help="also save the program's JSON output")
+    ap.add_argument("--markdown", action="store_true", help="print a Markdown table")
+    ap.add_argument("--strict", action="store_true",
+                    help="exit with status 3 if a benchmark failed, or if the peer ran but a benchmark lacks its "
+                         "twin, or (gemm) OpenBLAS did not take the core type asked for")
+    ap.add_argument("--slow-below", type=float, default=0.9,
+                    help="mark pairs whose ratio is below this (default: %(default)s)")
+    args, extra = ap.parse_known_args()
+    unknown = [a for a in extra if not a.startswith("--benchmark_")]
+    if unknown:
+        ap.error("unrecognized arguments: " + " ".join(unknown) + " (only --benchmark_* flags are passed on)")
+
+    modes, binary = [], None
+    for w in args.what:
+        if w in PROGRAMS or w == "all":
+            modes += list(PROGRAMS) if w == "all" else [w]
+        elif binary is None:
+            binary = w
+        else:
+            ap.error(f"more than one program: {binary}, {w}")
+    if not modes:
+        modes = ["gemm" if binary and "gemm" in os.path.basename(binary) else "level1"]
+    if binary and len(modes) > 1:
+        ap.error("name one mode with a program")
+    if args.json_in and len(modes) > 1:
+        ap.error("--json-in compares one saved run: name its mode")
+    if args.json_out and len(modes) > 1:
+        ap.error("--json-out saves one run: name one mode")
+
+    given_min_time, given_reps = args.min_time, args.repetitions
+    for i, mode in enumerate(modes):
+        if i:
+            print()
+        args.min_time = given_min_time if given_min_time is not None else MODE_DEFAULTS[mode][0]
+        args.repetitions = given_reps if given_reps is not None else MODE_DEFAULTS[mode][1]
+        prog = binary or os.path.join(args.bin_dir, PROGRAMS[mode])
+        if len(modes) > 1:
+            print(f"== {mode}: {prog}\n")
+        if mode == "gemm":
+            gemm_mode(args, extra, prog)
+        else:
+            single_mode(args, extra, prog)
 
 
 if __name__ == "__main__":
