@@ -135,8 +135,7 @@ void rows_against_panel(char ta, idx m, idx kk, idx w, idx mb, T alpha, const T*
     const idx kkr = round_up4(kk);
     for (idx i0 = 0; i0 + shape<T>::ra <= m; i0 += mb) {
         const idx h = pack_a(ta, m - i0 < mb ? m - i0 : mb, kk, op_ptr(ta, a, lda, i0, 0), lda, pa, alpha);
-        if (kkr == 128) inner::multiply_128(h, w, pa, pb, c + i0, ldc, scratch);
-        else inner::multiply(h, w, kkr, pa, pb, c + i0, ldc, scratch);
+        inner::multiply_block(h, w, kkr, pa, pb, c + i0, ldc, scratch);
     }
 }
 
@@ -211,8 +210,7 @@ void accumulate_rows_outer(char ta, char tb, idx m, idx n, idx k, T alpha, const
                 const idx w = np - j0 < nb ? np - j0 : nb;
                 pack_b(tb, kk, w, op_ptr(tb, b, ldb, k0, j0), ldb, ws.b);
                 T* cc = c + i0 + j0 * ldc;
-                if (kkr == 128) inner::multiply_128(h, w, ws.a, ws.b, cc, ldc, ws.scratch);
-                else inner::multiply(h, w, kkr, ws.a, ws.b, cc, ldc, ws.scratch);
+                inner::multiply_block(h, w, kkr, ws.a, ws.b, cc, ldc, ws.scratch);
             }
         });
     }

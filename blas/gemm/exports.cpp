@@ -38,35 +38,22 @@ void driver(const char* ta, const char* tb, const ork_int* m, const ork_int* n, 
 }  // namespace
 
 namespace ork::gemm {
-// The leftover columns go through libork's dispatched entries.
-void dispatched_gemv(char ta, idx m, idx n, double alpha, const double* a, idx lda, const double* x, idx incx, double* y) {
+namespace {
+// y := alpha*op(A)*x + 1*y through libork's dispatched entry `f`.
+template <class T, class C, class F>
+void gemv_through(F f, char ta, idx m, idx n, T alpha, const T* a, idx lda, const T* x, idx incx, T* y) {
     const char t[2] = {ta, 0};
-    const double beta = 1.0;
-    const idx one = 1;
-    ork_blas_dgemv(t, &m, &n, &alpha, a, &lda, x, &incx, &beta, y, &one);
+    const C al = to_c(alpha), beta = to_c(one<T>());
+    const idx one_ = 1;
+    f(t, &m, &n, &al, reinterpret_cast<const C*>(a), &lda, reinterpret_cast<const C*>(x), &incx, &beta,
+      reinterpret_cast<C*>(y), &one_);
 }
-void dispatched_gemv(char ta, idx m, idx n, float alpha, const float* a, idx lda, const float* x, idx incx, float* y) {
-    const char t[2] = {ta, 0};
-    const float beta = 1.0f;
-    const idx one = 1;
-    ork_blas_sgemv(t, &m, &n, &alpha, a, &lda, x, &incx, &beta, y, &one);
-}
-void dispatched_gemv(char ta, idx m, idx n, cx<double> alpha, const cx<double>* a, idx lda, const cx<double>* x,
-                     idx incx, cx<double>* y) {
-    const char t[2] = {ta, 0};
-    const ork_complex16 al = to_c(alpha), beta{1.0, 0.0};
-    const idx one = 1;
-    ork_blas_zgemv(t, &m, &n, &al, reinterpret_cast<const ork_complex16*>(a), &lda,
-                   reinterpret_cast<const ork_complex16*>(x), &incx, &beta, reinterpret_cast<ork_complex16*>(y), &one);
-}
-void dispatched_gemv(char ta, idx m, idx n, cx<float> alpha, const cx<float>* a, idx lda, const cx<float>* x,
-                     idx incx, cx<float>* y) {
-    const char t[2] = {ta, 0};
-    const ork_complex8 al = to_c(alpha), beta{1.0f, 0.0f};
-    const idx one = 1;
-    ork_blas_cgemv(t, &m, &n, &al, reinterpret_cast<const ork_complex8*>(a), &lda,
-                   reinterpret_cast<const ork_complex8*>(x), &incx, &beta, reinterpret_cast<ork_complex8*>(y), &one);
-}
+}  // namespace
+
+void dispatched_gemv(char ta, idx m, idx n, double alpha, const double* a, idx lda, const double* x, idx incx, double* y) { gemv_through<double, double>(ork_blas_dgemv, ta, m, n, alpha, a, lda, x, incx, y); }
+void dispatched_gemv(char ta, idx m, idx n, float alpha, const float* a, idx lda, const float* x, idx incx, float* y) { gemv_through<float, float>(ork_blas_sgemv, ta, m, n, alpha, a, lda, x, incx, y); }
+void dispatched_gemv(char ta, idx m, idx n, cx<double> alpha, const cx<double>* a, idx lda, const cx<double>* x, idx incx, cx<double>* y) { gemv_through<cx<double>, ork_complex16>(ork_blas_zgemv, ta, m, n, alpha, a, lda, x, incx, y); }
+void dispatched_gemv(char ta, idx m, idx n, cx<float> alpha, const cx<float>* a, idx lda, const cx<float>* x, idx incx, cx<float>* y) { gemv_through<cx<float>, ork_complex8>(ork_blas_cgemv, ta, m, n, alpha, a, lda, x, incx, y); }
 }  // namespace ork::gemm
 
 // ---- drivers
@@ -95,7 +82,7 @@ ORK_GEMM_BRC(xsgemm0_brc, float)
     ORK_API void ork_blas_##p##gemm_copybn(const ork_int* kk, const ork_int* w, const C* b, const ork_int* ldb, C* dest) { pack_b('N', *kk, *w, as_elem(b), *ldb, as_elem(dest)); } \
     ORK_API void ork_blas_##p##gemm_copybt(const ork_int* kk, const ork_int* w, const C* b, const ork_int* ldb, C* dest) { pack_b('T', *kk, *w, as_elem(b), *ldb, as_elem(dest)); } \
     ORK_API void ork_blas_##p##gemm_inner(const ork_int* h, const ork_int* w, const ork_int* kkr, const C* pa, const C* pb, ork_int*, C* c, const ork_int* ldc, void* scratch, const C*) { inner::multiply(*h, *w, *kkr, as_elem(pa), as_elem(pb), as_elem(c), *ldc, scratch); } \
-    ORK_API void ork_blas_##p##gemm_inner_general(const ork_int* h, const ork_int* w, const ork_int* kkr, const C* pa, const C* pb, ork_int*, C* c, const ork_int* ldc, void* scratch, const C*) { if (*kkr == 128) inner::multiply_128(*h, *w, as_elem(pa), as_elem(pb), as_elem(c), *ldc, scratch); else inner::multiply(*h, *w, *kkr, as_elem(pa), as_elem(pb), as_elem(c), *ldc, scratch); }
+    ORK_API void ork_blas_##p##gemm_inner_general(const ork_int* h, const ork_int* w, const ork_int* kkr, const C* pa, const C* pb, ork_int*, C* c, const ork_int* ldc, void* scratch, const C*) { inner::multiply_block(*h, *w, *kkr, as_elem(pa), as_elem(pb), as_elem(c), *ldc, scratch); }
 ORK_GEMM_BLOCKS(s, float, float)
 ORK_GEMM_BLOCKS(d, double, double)
 ORK_GEMM_BLOCKS(c, cx<float>, ork_complex8)

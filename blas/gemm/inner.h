@@ -25,4 +25,11 @@ void multiply_128(idx h, idx w, const float* pa, const float* pb, float* c, idx 
 void multiply_128(idx h, idx w, const cx<double>* pa, const cx<double>* pb, cx<double>* c, idx ldc, void* scratch);
 void multiply_128(idx h, idx w, const cx<float>* pa, const cx<float>* pb, cx<float>* c, idx ldc, void* scratch);
 
+// The kernel for a block of depth kkr: the fixed-depth form at 128.
+template <class T>
+void multiply_block(idx h, idx w, idx kkr, const T* pa, const T* pb, T* c, idx ldc, void* scratch) {
+    if (kkr == 128) multiply_128(h, w, pa, pb, c, ldc, scratch);
+    else multiply(h, w, kkr, pa, pb, c, ldc, scratch);
+}
+
 }  // namespace ork::gemm::inner

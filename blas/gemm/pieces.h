@@ -23,8 +23,7 @@ template <class T>
 void ab_packed(idx h, idx w, idx kkr, const T* pa, const T* pb, T* c, idx ldc) {
     if (h < 1 || w < 1 || kkr < 1) return;
     void* scratch = ork_serv_allocate(std::size_t(kkr) * 192, 128);
-    if (kkr == 128) inner::multiply_128(h, w, pa, pb, c, ldc, scratch);
-    else inner::multiply(h, w, kkr, pa, pb, c, ldc, scratch);
+    inner::multiply_block(h, w, kkr, pa, pb, c, ldc, scratch);
     ork_serv_deallocate(scratch);
 }
 
@@ -40,8 +39,7 @@ void a_packed(char tb, idx kk, idx n, idx h, const T* pa, const T* b, idx ldb, T
     for (idx j0 = 0; j0 < np; j0 += nb) {
         const idx w = np - j0 < nb ? np - j0 : nb;
         pack_b(tb, kk, w, op_ptr(tb, b, ldb, idx(0), j0), ldb, ws.b);
-        if (kkr == 128) inner::multiply_128(h, w, pa, ws.b, c + j0 * ldc, ldc, ws.scratch);
-        else inner::multiply(h, w, kkr, pa, ws.b, c + j0 * ldc, ldc, ws.scratch);
+        inner::multiply_block(h, w, kkr, pa, ws.b, c + j0 * ldc, ldc, ws.scratch);
     }
     release(ws);
 }

@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "blas/level1/inner.h"
+#include "blas/level1/ssq.h"
 #include "frame/vector.h"
 
 namespace ork::blas {
@@ -103,25 +104,11 @@ real_t<T> asum(idx n, const T* x, idx incx) {
     return s;
 }
 
-// One-pass scaled sum of squares over the n reals v(0), v(1), ...: zeros are
-// skipped (NaN is not zero and is processed), ssq is kept relative to the
-// largest magnitude seen so far, and the norm is scale*sqrt(ssq).
+// One-pass scaled sum of squares over the n reals v(0), v(1), ...
 template <class R, class Get>
 R scaled_norm(idx n, Get v) {
     R scale = 0, ssq = 1;
-    for (idx i = 0; i < n; ++i) {
-        R e = v(i);
-        if (e == 0) continue;
-        R a = abs1(e);
-        if (a > scale) {
-            R r = scale / a;
-            ssq = 1 + ssq * (r * r);
-            scale = a;
-        } else {
-            R r = a / scale;
-            ssq = ssq + r * r;
-        }
-    }
+    for (idx i = 0; i < n; ++i) ssq_step(v(i), scale, ssq);
     return scale * std::sqrt(ssq);
 }
 

@@ -7,47 +7,17 @@
 // vector of A rows without a shuffle in the depth loop. Per depth step a
 // double 2 x 12 block then costs one A load and twelve multiply-adds with
 // memory operands.
-#include <emmintrin.h>
 #include <xmmintrin.h>
 
 #include <cstdint>
 
 #include "blas/gemm/inner.h"
+#include "frame/sse2/simd.h"
 
 namespace ork::gemm::inner {
 namespace {
 
-template <class R> struct simd;
-template <> struct simd<double> {
-    using V = __m128d;
-    static constexpr int lanes = 2;
-    static V zero() { return _mm_setzero_pd(); }
-    static V set1(double v) { return _mm_set1_pd(v); }
-    static V load(const double* p) { return _mm_load_pd(p); }
-    static V loadu(const double* p) { return _mm_loadu_pd(p); }
-    static void storeu(double* p, V v) { _mm_storeu_pd(p, v); }
-    static void store(double* p, V v) { _mm_store_pd(p, v); }
-    static V add(V a, V b) { return _mm_add_pd(a, b); }
-    static V mul(V a, V b) { return _mm_mul_pd(a, b); }
-    // [re, im] lanes of a product sum: r = sum a*b_re, i = sum a*b_im
-    // gives (r.re - i.im, r.im + i.re).
-    static V combine(V r, V i) { return _mm_add_pd(r, _mm_mul_pd(_mm_shuffle_pd(i, i, 1), _mm_set_pd(1.0, -1.0))); }
-};
-template <> struct simd<float> {
-    using V = __m128;
-    static constexpr int lanes = 4;
-    static V zero() { return _mm_setzero_ps(); }
-    static V set1(float v) { return _mm_set1_ps(v); }
-    static V load(const float* p) { return _mm_load_ps(p); }
-    static V loadu(const float* p) { return _mm_loadu_ps(p); }
-    static void storeu(float* p, V v) { _mm_storeu_ps(p, v); }
-    static void store(float* p, V v) { _mm_store_ps(p, v); }
-    static V add(V a, V b) { return _mm_add_ps(a, b); }
-    static V mul(V a, V b) { return _mm_mul_ps(a, b); }
-    static V combine(V r, V i) {
-        return _mm_add_ps(r, _mm_mul_ps(_mm_shuffle_ps(i, i, _MM_SHUFFLE(2, 3, 0, 1)), _mm_set_ps(1, -1, 1, -1)));
-    }
-};
+using sse2::simd;
 
 // One panel of PW columns against all row groups of packed A. KFIX fixes the
 // depth at compile time (0: kkr at run time).

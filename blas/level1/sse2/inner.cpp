@@ -10,16 +10,15 @@
 #include <cstring>
 
 #include "blas/level1/inner.h"
+#include "blas/level1/ssq.h"
+#include "frame/sse2/simd.h"
 
 namespace ork::inner {
 namespace {
 
-inline bool aligned16(const void* p) { return (reinterpret_cast<std::uintptr_t>(p) & 15) == 0; }
-// x and y can be brought to 16-byte alignment together by peeling elements.
-inline bool co_aligned(const void* x, const void* y, std::uintptr_t elem) {
-    auto a = reinterpret_cast<std::uintptr_t>(x), b = reinterpret_cast<std::uintptr_t>(y);
-    return ((a ^ b) & 15) == 0 && (a & (elem - 1)) == 0;
-}
+using sse2::aligned16;
+using sse2::co_aligned;
+using sse2::simd;
 
 // alpha*x for one or two complex doubles held as [re, im]: x*re(alpha) +
 // swap(x)*(-im, im), which rounds exactly like re*xr - im*xi, re*xi + im*xr.
@@ -40,67 +39,40 @@ struct cmul_s {
 
 }  // namespace
 
-// ---- axpy: same address modulo 16 takes one leading element, then aligned
-// pairs; otherwise unaligned accesses. 8 doubles per main step.
-void axpy(idx n, double alpha, const double* x, double* y) {
-    const __m128d a = _mm_set1_pd(alpha);
+// ---- axpy: same address modulo 16 takes the leading elements up to 16-byte
+// alignment (one for doubles), then aligned vectors; otherwise unaligned
+// accesses. Four vectors per main step.
+template <class R, bool Aligned>
+idx axpy_vectors(idx i, idx n, R alpha, const R* x, R* y) {
+    using S = simd<R>;
+    using V = typename S::V;
+    constexpr idx L = S::lanes;
+    const V a = S::set1(alpha);
+    auto ld = [](const R* p) { return Aligned ? S::load(p) : S::loadu(p); };
+    auto st = [](R* p, V v) { Aligned ? S::store(p, v) : S::storeu(p, v); };
+    for (; i + 4 * L <= n; i += 4 * L) {
+        V v[4];
+        for (int k = 0; k < 4; ++k) v[k] = S::add(ld(y + i + k * L), S::mul(a, ld(x + i + k * L)));
+        for (int k = 0; k < 4; ++k) st(y + i + k * L, v[k]);
+    }
+    for (; i + L <= n; i += L) st(y + i, S::add(ld(y + i), S::mul(a, ld(x + i))));
+    return i;
+}
+
+template <class R>
+void axpy_real(idx n, R alpha, const R* x, R* y) {
     idx i = 0;
-    if (co_aligned(x, y, 8)) {
-        if (!aligned16(x)) { y[0] += alpha * x[0]; i = 1; }
-        for (; i + 8 <= n; i += 8) {
-            __m128d y0 = _mm_add_pd(_mm_load_pd(y + i), _mm_mul_pd(a, _mm_load_pd(x + i)));
-            __m128d y1 = _mm_add_pd(_mm_load_pd(y + i + 2), _mm_mul_pd(a, _mm_load_pd(x + i + 2)));
-            __m128d y2 = _mm_add_pd(_mm_load_pd(y + i + 4), _mm_mul_pd(a, _mm_load_pd(x + i + 4)));
-            __m128d y3 = _mm_add_pd(_mm_load_pd(y + i + 6), _mm_mul_pd(a, _mm_load_pd(x + i + 6)));
-            _mm_store_pd(y + i, y0); _mm_store_pd(y + i + 2, y1);
-            _mm_store_pd(y + i + 4, y2); _mm_store_pd(y + i + 6, y3);
-        }
-        for (; i + 2 <= n; i += 2)
-            _mm_store_pd(y + i, _mm_add_pd(_mm_load_pd(y + i), _mm_mul_pd(a, _mm_load_pd(x + i))));
+    if (co_aligned(x, y, sizeof(R))) {
+        for (; i < n && !aligned16(x + i); ++i) y[i] += alpha * x[i];
+        i = axpy_vectors<R, true>(i, n, alpha, x, y);
     } else {
-        for (; i + 8 <= n; i += 8) {
-            __m128d y0 = _mm_add_pd(_mm_loadu_pd(y + i), _mm_mul_pd(a, _mm_loadu_pd(x + i)));
-            __m128d y1 = _mm_add_pd(_mm_loadu_pd(y + i + 2), _mm_mul_pd(a, _mm_loadu_pd(x + i + 2)));
-            __m128d y2 = _mm_add_pd(_mm_loadu_pd(y + i + 4), _mm_mul_pd(a, _mm_loadu_pd(x + i + 4)));
-            __m128d y3 = _mm_add_pd(_mm_loadu_pd(y + i + 6), _mm_mul_pd(a, _mm_loadu_pd(x + i + 6)));
-            _mm_storeu_pd(y + i, y0); _mm_storeu_pd(y + i + 2, y1);
-            _mm_storeu_pd(y + i + 4, y2); _mm_storeu_pd(y + i + 6, y3);
-        }
-        for (; i + 2 <= n; i += 2)
-            _mm_storeu_pd(y + i, _mm_add_pd(_mm_loadu_pd(y + i), _mm_mul_pd(a, _mm_loadu_pd(x + i))));
+        i = axpy_vectors<R, false>(i, n, alpha, x, y);
     }
     for (; i < n; ++i) y[i] += alpha * x[i];
 }
 
-void axpy(idx n, float alpha, const float* x, float* y) {
-    const __m128 a = _mm_set1_ps(alpha);
-    idx i = 0;
-    if (co_aligned(x, y, 4)) {
-        for (; i < n && !aligned16(x + i); ++i) y[i] += alpha * x[i];
-        for (; i + 16 <= n; i += 16) {
-            __m128 y0 = _mm_add_ps(_mm_load_ps(y + i), _mm_mul_ps(a, _mm_load_ps(x + i)));
-            __m128 y1 = _mm_add_ps(_mm_load_ps(y + i + 4), _mm_mul_ps(a, _mm_load_ps(x + i + 4)));
-            __m128 y2 = _mm_add_ps(_mm_load_ps(y + i + 8), _mm_mul_ps(a, _mm_load_ps(x + i + 8)));
-            __m128 y3 = _mm_add_ps(_mm_load_ps(y + i + 12), _mm_mul_ps(a, _mm_load_ps(x + i + 12)));
-            _mm_store_ps(y + i, y0); _mm_store_ps(y + i + 4, y1);
-            _mm_store_ps(y + i + 8, y2); _mm_store_ps(y + i + 12, y3);
-        }
-        for (; i + 4 <= n; i += 4)
-            _mm_store_ps(y + i, _mm_add_ps(_mm_load_ps(y + i), _mm_mul_ps(a, _mm_load_ps(x + i))));
-    } else {
-        for (; i + 16 <= n; i += 16) {
-            __m128 y0 = _mm_add_ps(_mm_loadu_ps(y + i), _mm_mul_ps(a, _mm_loadu_ps(x + i)));
-            __m128 y1 = _mm_add_ps(_mm_loadu_ps(y + i + 4), _mm_mul_ps(a, _mm_loadu_ps(x + i + 4)));
-            __m128 y2 = _mm_add_ps(_mm_loadu_ps(y + i + 8), _mm_mul_ps(a, _mm_loadu_ps(x + i + 8)));
-            __m128 y3 = _mm_add_ps(_mm_loadu_ps(y + i + 12), _mm_mul_ps(a, _mm_loadu_ps(x + i + 12)));
-            _mm_storeu_ps(y + i, y0); _mm_storeu_ps(y + i + 4, y1);
-            _mm_storeu_ps(y + i + 8, y2); _mm_storeu_ps(y + i + 12, y3);
-        }
-        for (; i + 4 <= n; i += 4)
-            _mm_storeu_ps(y + i, _mm_add_ps(_mm_loadu_ps(y + i), _mm_mul_ps(a, _mm_loadu_ps(x + i))));
-    }
-    for (; i < n; ++i) y[i] += alpha * x[i];
-}
+void axpy(idx n, double alpha, const double* x, double* y) { axpy_real(n, alpha, x, y); }
+void axpy(idx n, float alpha, const float* x, float* y) { axpy_real(n, alpha, x, y); }
 
 void axpy(idx n, cx<double> alpha, const cx<double>* x, cx<double>* y) {
     const cmul_d mul(alpha);
@@ -130,39 +102,25 @@ void axpy(idx n, cx<float> alpha, const cx<float>* x, cx<float>* y) {
     for (; i < n; ++i) y[i] += alpha * x[i];
 }
 
-// ---- scal
-void scal(idx n, double alpha, double* x) {
-    const __m128d a = _mm_set1_pd(alpha);
+// ---- scal: leading elements up to 16-byte alignment, then aligned vectors.
+template <class R>
+void scal_real(idx n, R alpha, R* x) {
+    using S = simd<R>;
+    using V = typename S::V;
+    constexpr idx L = S::lanes;
+    const V a = S::set1(alpha);
     idx i = 0;
-    if ((reinterpret_cast<std::uintptr_t>(x) & 7) == 0 && !aligned16(x)) { x[0] *= alpha; i = 1; }
-    if (aligned16(x + i)) {
-        for (; i + 8 <= n; i += 8) {
-            _mm_store_pd(x + i, _mm_mul_pd(a, _mm_load_pd(x + i)));
-            _mm_store_pd(x + i + 2, _mm_mul_pd(a, _mm_load_pd(x + i + 2)));
-            _mm_store_pd(x + i + 4, _mm_mul_pd(a, _mm_load_pd(x + i + 4)));
-            _mm_store_pd(x + i + 6, _mm_mul_pd(a, _mm_load_pd(x + i + 6)));
-        }
-    }
-    for (; i + 2 <= n; i += 2) _mm_storeu_pd(x + i, _mm_mul_pd(a, _mm_loadu_pd(x + i)));
+    if ((reinterpret_cast<std::uintptr_t>(x) & (sizeof(R) - 1)) == 0)
+        for (; i < n && !aligned16(x + i); ++i) x[i] *= alpha;
+    if (aligned16(x + i))
+        for (; i + 4 * L <= n; i += 4 * L)
+            for (int k = 0; k < 4; ++k) S::store(x + i + k * L, S::mul(a, S::load(x + i + k * L)));
+    for (; i + L <= n; i += L) S::storeu(x + i, S::mul(a, S::loadu(x + i)));
     for (; i < n; ++i) x[i] *= alpha;
 }
 
-void scal(idx n, float alpha, float* x) {
-    const __m128 a = _mm_set1_ps(alpha);
-    idx i = 0;
-    if ((reinterpret_cast<std::uintptr_t>(x) & 3) == 0)
-        for (; i < n && !aligned16(x + i); ++i) x[i] *= alpha;
-    if (aligned16(x + i)) {
-        for (; i + 16 <= n; i += 16) {
-            _mm_store_ps(x + i, _mm_mul_ps(a, _mm_load_ps(x + i)));
-            _mm_store_ps(x + i + 4, _mm_mul_ps(a, _mm_load_ps(x + i + 4)));
-            _mm_store_ps(x + i + 8, _mm_mul_ps(a, _mm_load_ps(x + i + 8)));
-            _mm_store_ps(x + i + 12, _mm_mul_ps(a, _mm_load_ps(x + i + 12)));
-        }
-    }
-    for (; i + 4 <= n; i += 4) _mm_storeu_ps(x + i, _mm_mul_ps(a, _mm_loadu_ps(x + i)));
-    for (; i < n; ++i) x[i] *= alpha;
-}
+void scal(idx n, double alpha, double* x) { scal_real(n, alpha, x); }
+void scal(idx n, float alpha, float* x) { scal_real(n, alpha, x); }
 
 void scal(idx n, cx<double> alpha, cx<double>* x) {
     const cmul_d mul(alpha);
@@ -371,37 +329,11 @@ float asum(idx n, const float* x) {
 // tail go one by one.
 namespace {
 
-template <class R> struct lanes;
-template <> struct lanes<double> {
-    using V = __m128d;
-    static constexpr int width = 2;
-    static V abs(const double* p) { return _mm_andnot_pd(_mm_set1_pd(-0.0), _mm_loadu_pd(p)); }
-    static V max(V a, V b) { return _mm_max_pd(a, b); }
-    static V min(V a, V b) { return _mm_min_pd(a, b); }
-    static V unord(V a, V b) { return _mm_cmpunord_pd(a, b); }
-    static V bor(V a, V b) { return _mm_or_pd(a, b); }
-    static bool any(V a) { return _mm_movemask_pd(a) != 0; }
-    static double first(V a) { return _mm_cvtsd_f64(a); }
-    static V rotate(V a) { return _mm_shuffle_pd(a, a, 1); }
-};
-template <> struct lanes<float> {
-    using V = __m128;
-    static constexpr int width = 4;
-    static V abs(const float* p) { return _mm_andnot_ps(_mm_set1_ps(-0.0f), _mm_loadu_ps(p)); }
-    static V max(V a, V b) { return _mm_max_ps(a, b); }
-    static V min(V a, V b) { return _mm_min_ps(a, b); }
-    static V unord(V a, V b) { return _mm_cmpunord_ps(a, b); }
-    static V bor(V a, V b) { return _mm_or_ps(a, b); }
-    static bool any(V a) { return _mm_movemask_ps(a) != 0; }
-    static float first(V a) { return _mm_cvtss_f32(a); }
-    static V rotate(V a) { return _mm_shuffle_ps(a, a, _MM_SHUFFLE(0, 3, 2, 1)); }
-};
-
 template <class R, bool Max>
 idx extreme_index(idx n, const R* x) {
-    using L = lanes<R>;
+    using L = simd<R>;
     using V = typename L::V;
-    constexpr idx step = 8 * L::width, block = 128;
+    constexpr idx step = 8 * L::lanes, block = 128;
     auto pick = [](V a, V b) { return Max ? L::max(a, b) : L::min(a, b); };
     R best = abs1(x[0]);
     idx result = 1;
@@ -415,14 +347,14 @@ idx extreme_index(idx n, const R* x) {
         const idx len = n - i >= block ? block : (n - i) / step * step;
         V e[8];
 #pragma GCC unroll 8
-        for (int k = 0; k < 8; ++k) e[k] = L::abs(x + i + k * L::width);
+        for (int k = 0; k < 8; ++k) e[k] = L::abs(L::loadu(x + i + k * L::lanes));
         V bad = L::unord(e[0], e[1]);
 #pragma GCC unroll 4
         for (int k = 2; k < 8; k += 2) bad = L::bor(bad, L::unord(e[k], e[k + 1]));
         for (idx j = i + step; j < i + len; j += step) {
             V a[8];
 #pragma GCC unroll 8
-            for (int k = 0; k < 8; ++k) a[k] = L::abs(x + j + k * L::width);
+            for (int k = 0; k < 8; ++k) a[k] = L::abs(L::loadu(x + j + k * L::lanes));
 #pragma GCC unroll 4
             for (int k = 0; k < 8; k += 2) bad = L::bor(bad, L::unord(a[k], a[k + 1]));
 #pragma GCC unroll 8
@@ -432,7 +364,7 @@ idx extreme_index(idx n, const R* x) {
             for (idx j = i; j < i + len; ++j) one(j);
         } else {
             V m = pick(pick(pick(e[0], e[1]), pick(e[2], e[3])), pick(pick(e[4], e[5]), pick(e[6], e[7])));
-            for (int k = 1; k < L::width; ++k) m = pick(m, L::rotate(m));
+            for (int k = 1; k < L::lanes; ++k) m = pick(m, L::rotate(m));
             const R ext = L::first(m);
             if (Max ? ext > best : ext < best) {
                 idx j = i;
@@ -483,19 +415,7 @@ void scaled_ssq(idx n, const double* x, double& scale_io, double& ssq_io) {
                 continue;
             }
         }
-        for (idx end = n - i >= 8 ? i + 8 : n; i < end; ++i) {
-            double e = x[i];
-            if (e == 0) continue;
-            double a = __builtin_fabs(e);
-            if (a > scale) {
-                double r = scale / a;
-                ssq = 1 + ssq * (r * r);
-                scale = a;
-            } else {
-                double r = a / scale;
-                ssq = ssq + r * r;
-            }
-        }
+        for (idx end = n - i >= 8 ? i + 8 : n; i < end; ++i) blas::ssq_step(x[i], scale, ssq);
     }
     scale_io = scale;
     ssq_io = ssq;
