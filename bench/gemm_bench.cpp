@@ -209,7 +209,8 @@ void ork_gemm(const char* ta, const char* tb, const idx* m, const idx* n, const 
               const T* a, const idx* lda, const T* b, const idx* ldb, const T* beta, T* c, const idx* ldc) {
     if constexpr (std::is_same_v<T, float>) ork_blas_sgemm(ta, tb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc);
     else if constexpr (std::is_same_v<T, double>) ork_blas_dgemm(ta, tb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc);
-    else if constexpr (std::is_same_v<T, ork_complex8>) ork_blas_cgemm(ta, tb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc);
+    else if constexpr (std::is_same_v<T, ork_complex8>)
+        ork_blas_cgemm(ta, tb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc);
     else ork_blas_zgemm(ta, tb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc);
 }
 
@@ -288,7 +289,8 @@ void register_pair(const shape& s, int threads) {
         if (l == lib::openblas && !ob.handle) continue;
         std::string name = std::string(1, prefix<T>) + "gemm" + (l == lib::ork ? "/ork/" : "/openblas/") + s.text();
         if (threads > 1) name += "/threads:" + std::to_string(threads);
-        auto* b = benchmark::RegisterBenchmark(name.c_str(), [=](benchmark::State& st) { run_gemm<T>(st, l, s, threads); });
+        auto* b = benchmark::RegisterBenchmark(name.c_str(),
+                                               [=](benchmark::State& st) { run_gemm<T>(st, l, s, threads); });
         b->UseRealTime();
         if (flops(s, false) > 1e10) b->Repetitions(1);
     }
@@ -367,10 +369,23 @@ bool check_shape(const shape& s, int threads) {
             if (!(dr * dr + di * di <= g2 * row_sq[i] * col_sq[j])) {
                 const long double d = distance(x, y), bound = 2 * gamma * std::sqrt((long double)row_sq[i] * col_sq[j]);
                 if (bad++ < 3)
-                    std::fprintf(stderr, "ork-bench-gemm: %s: ork and OpenBLAS disagree at (%lld, %lld): %.3Lg > %.3Lg\n",
+                    std::fprintf(stderr,
+                                 "ork-bench-gemm: %s: ork and OpenBLAS disagree at (%lld, %lld): %.3Lg > %.3Lg\n",
                                  what.c_str(), (long long)i, (long long)j, d, bound);
             }
         }
+
+    // Rows m .. ldc-1 of C are no part of it: still the NaN pattern.
+    for (lib l : libs) {
+        const std::vector<T>& c = l == lib::ork ? c_ork : c_ob;
+        unsigned char pattern[sizeof(T)];
+        std::memset(pattern, 0xff, sizeof pattern);
+        for (idx j = 0; j < s.n; ++j)
+            for (idx i = s.m; i < ldc; ++i)
+                if (std::memcmp(&c[i + j * ldc], pattern, sizeof pattern) != 0 && bad++ < 6)
+                    std::fprintf(stderr, "ork-bench-gemm: %s: %s wrote outside C at (%lld, %lld)\n", what.c_str(),
+                                 l == lib::ork ? "ork" : "OpenBLAS", (long long)i, (long long)j);
+    }
 
     // Both against long double sums at the corners, along the last row and
     // column (the leftover paths) and at 256 elements drawn at random.
@@ -380,7 +395,10 @@ bool check_shape(const shape& s, int threads) {
         at.push_back({t * (s.m - 1) / 15, s.n - 1});
     }
     splitmix64 pick{7};
-    for (int t = 0; t < 256; ++t) at.push_back({idx(pick.next() % std::uint64_t(s.m)), idx(pick.next() % std::uint64_t(s.n))});
+    for (int t = 0; t < 256; ++t) {
+        const idx i = idx(pick.next() % std::uint64_t(s.m));
+        at.push_back({i, idx(pick.next() % std::uint64_t(s.n))});
+    }
     for (auto [i, j] : at) {
         ld_cx exact;
         long double absum = 0;
