@@ -5,7 +5,10 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+#include <limits>
 #include <random>
+#include <type_traits>
 #include <vector>
 
 #include "ork/ork.h"
@@ -29,11 +32,14 @@ double best_time(int runs, F f) {
 
 int failures = 0;
 
-void report(const char* what, const char* value, double err, double bound, double gbytes, double seconds) {
-    const bool ok = err <= bound;
+// One checked result: `amount` of work (1e9 bytes or operations) done in
+// `seconds`, printed as a rate in `unit`.
+void report(const char* what, const char* value, double err, double bound, double amount, double seconds,
+            const char* unit = "GB/s") {
+    const bool ok = err <= bound;  // false for a NaN error too
     failures += !ok;
-    std::printf("  %-28s %-26s error %.2e (bound %.1e) %-4s %7.2f GB/s\n", what, value, err, bound,
-                ok ? "ok" : "FAIL", gbytes / seconds);
+    std::printf("  %-28s %-26s error %.2e (bound %.1e) %-4s %7.2f %s\n", what, value, err, bound,
+                ok ? "ok" : "FAIL", amount / seconds, unit);
 }
 
 void level1() {
@@ -95,6 +101,107 @@ void level1() {
     report("idamax argmax|x|", text, double(imax != expect), 0.0, gb, t);
 }
 
+// ---- gemm: C := A*B, checked through the identity (A*B)*x = A*(B*x) for a
+// random x, both sides formed from the computed C, A and B with long double
+// matrix-vector loops. If C = A*B + E, the two sides differ by E*x; every
+// element of E is within (k+2)u (|A||B|)_ij of zero for any summation order
+// (u the unit roundoff, sqrt 2 more for complex), so
+// |(C x - A(B x))_i| <= (k+2)u (|A|(|B||x|))_i, and the error printed is the
+// largest difference over the largest element of |A|(|B||x|). A wrong
+// element of C anywhere shows, since x has no zero element.
+struct cld {
+    long double re = 0, im = 0;
+};
+cld widen(double v) { return {v, 0}; }
+cld widen(ork_complex16 v) { return {v.re, v.im}; }
+long double mag(cld v) { return std::hypot(v.re, v.im); }
+cld mul(cld a, cld b) { return {a.re * b.re - a.im * b.im, a.re * b.im + a.im * b.re}; }
+
+// y := M*v for an m x n column-major M, with magnitudes: |y| := |M| |v|
+// when `abs` is set.
+template <class T>
+std::vector<cld> matvec(ork_int m, ork_int n, const T* a, ork_int lda, const std::vector<cld>& v, bool abs = false) {
+    std::vector<cld> y(static_cast<std::size_t>(m));
+    for (ork_int j = 0; j < n; ++j) {
+        const cld vj = v[std::size_t(j)];
+        for (ork_int i = 0; i < m; ++i) {
+            const cld aij = widen(a[i + j * lda]);
+            if (abs) {
+                y[std::size_t(i)].re += mag(aij) * vj.re;
+            } else {
+                const cld p = mul(aij, vj);
+                y[std::size_t(i)].re += p.re;
+                y[std::size_t(i)].im += p.im;
+            }
+        }
+    }
+    return y;
+}
+
+// One product, its check and its speed; T double or ork_complex16.
+template <class T, class F>
+void gemm_case(const char* what, ork_int m, ork_int n, ork_int k, F product, std::mt19937_64& gen) {
+    constexpr bool complex = !std::is_same_v<T, double>;
+    std::uniform_real_distribution<double> u(-1.0, 1.0);
+    auto draw = [&]() -> T {
+        if constexpr (complex) {
+            const double re = u(gen);
+            return T{re, u(gen)};
+        } else {
+            return u(gen);
+        }
+    };
+    std::vector<T> a(std::size_t(m * k)), b(std::size_t(k * n)), c(std::size_t(m * n));
+    for (auto& v : a) v = draw();
+    for (auto& v : b) v = draw();
+    // NaN in C: beta = 0 must not let it through
+    for (auto& v : c) std::memset(&v, 0xff, sizeof v);
+
+    double t = best_time(3, [&] { product(m, n, k, a.data(), b.data(), c.data()); });
+
+    std::vector<cld> x(static_cast<std::size_t>(n));
+    for (auto& v : x) v = widen(draw());
+    std::vector<cld> cx = matvec(m, n, c.data(), m, x);
+    std::vector<cld> bx = matvec(k, n, b.data(), k, x);
+    std::vector<cld> abx = matvec(m, k, a.data(), m, bx);
+    std::vector<cld> xabs(x.size()), bxabs, scale;
+    for (std::size_t j = 0; j < x.size(); ++j) xabs[j] = {mag(x[j]), 0};
+    bxabs = matvec(k, n, b.data(), k, xabs, true);
+    scale = matvec(m, k, a.data(), m, bxabs, true);
+    long double worst = 0, top = 0;
+    for (std::size_t i = 0; i < cx.size(); ++i) {
+        const long double d = std::hypot(cx[i].re - abx[i].re, cx[i].im - abx[i].im);
+        if (std::isnan(d) || std::isnan(worst)) worst = std::numeric_limits<long double>::quiet_NaN();  // kept
+        else worst = std::max(worst, d);
+        top = std::max(top, scale[i].re);
+    }
+    const double unit_roundoff = 0x1p-53;
+    const double bound = double(k + 2) * unit_roundoff * (complex ? std::sqrt(2.0) : 1.0);
+    char text[64];
+    std::snprintf(text, sizeof text, "%lld x %lld x %lld", (long long)m, (long long)n, (long long)k);
+    const double ops = (complex ? 8.0 : 2.0) * double(m) * double(n) * double(k);
+    report(what, text, double(worst / top), bound, 1e-9 * ops, t, "GFLOP/s");
+}
+
+void gemm() {
+    std::printf("\ngemm: C := A*B (beta = 0 over NaN), checked by (A*B)*x = A*(B*x) in long double\n");
+    std::mt19937_64 gen(2027);
+    const char* no = "N";
+    gemm_case<double>("dgemm C = A*B", 1000, 1000, 1000,
+                      [&](ork_int m, ork_int n, ork_int k, const double* a, const double* b, double* c) {
+                          const double alpha = 1, beta = 0;
+                          ork_blas_dgemm(no, no, &m, &n, &k, &alpha, a, &m, b, &k, &beta, c, &m);
+                      },
+                      gen);
+    gemm_case<ork_complex16>(
+        "zgemm C = A*B", 500, 500, 500,
+        [&](ork_int m, ork_int n, ork_int k, const ork_complex16* a, const ork_complex16* b, ork_complex16* c) {
+            const ork_complex16 alpha{1, 0}, beta{0, 0};
+            ork_blas_zgemm(no, no, &m, &n, &k, &alpha, a, &m, b, &k, &beta, c, &m);
+        },
+        gen);
+}
+
 }  // namespace
 
 int main() {
@@ -110,6 +217,7 @@ int main() {
     std::printf("threads:              %d\n", ork_get_max_threads());
 
     level1();
+    gemm();
 
     std::printf("\n%s\n", failures ? "some checks FAILED" : "all checks passed");
     return failures ? 1 : 0;
