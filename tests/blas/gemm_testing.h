@@ -1,0 +1,340 @@
+// Shared by the matrix-multiply tests: each element type's kernels, guarded
+// column-major matrices at chosen byte offsets, the two kinds of data
+// (uniform random, and small integers whose products and sums are exact in
+// every precision), the packed layouts built independently of the packers,
+// and the reference product with its error bound.
+#pragma once
+
+#include <array>
+#include <cctype>
+#include <memory>
+#include <new>
+#include <ostream>
+
+#include "ork/gemm_kernels.h"
+#include "testing.h"
+
+namespace ot {
+
+// ---- the kernels of one element type
+#define OT_KS(name) kernel_symbol<decltype(&ork_blas_##name)>("ork_blas_" #name)
+template <class T> struct gk;
+// RA: rows of a packed A group; Q: column multiple of packed B; KB: the depth
+// block of the drivers (the packed pieces take at most one); AC, BC: the
+// conjugating packers (the transposing ones for real types).
+#define OT_GK(p, T, RA, Q, KB, BP, ABP, AP, AC, BC)                                          \
+    template <> struct gk<T> {                                                              \
+        static constexpr idx ra = RA, q = Q, kb = KB;                                        \
+        static constexpr auto entry = &ork_blas_##p##gemm;                                   \
+        static constexpr const char* entry_name = "ork_blas_" #p "gemm";                      \
+        static auto driver() { return OT_KS(x##p##gemm); }                                   \
+        static auto by_columns() { return OT_KS(x##p##gemm_0); }                             \
+        static auto by_rows() { return OT_KS(x##p##gemm_1); }                                \
+        static auto b_packed() { return OT_KS(x##p##gemm##BP); }                             \
+        static auto ab_packed() { return OT_KS(x##p##gemm##ABP); }                           \
+        static auto a_packed() { return OT_KS(x##p##gemm##AP); }                             \
+        static auto scalm() { return OT_KS(p##gemm_scalm); }                                 \
+        static auto zerom() { return OT_KS(p##gemm_zerom); }                                 \
+        static auto pst() { return OT_KS(p##gemm_pst); }                                     \
+        static auto copya(char t) {                                                          \
+            return t == 'N' ? OT_KS(p##gemm_copyan) : t == 'T' ? OT_KS(p##gemm_copyat) : OT_KS(p##gemm_##AC); \
+        }                                                                                    \
+        static auto copyb(char t) {                                                          \
+            return t == 'N' ? OT_KS(p##gemm_copybn) : t == 'T' ? OT_KS(p##gemm_copybt) : OT_KS(p##gemm_##BC); \
+        }                                                                                    \
+        static auto inner() { return OT_KS(p##gemm_inner); }                                 \
+        static auto inner_general() { return OT_KS(p##gemm_inner_general); }                 \
+    };
+OT_GK(s, float, 8, 4, 112, _0_bcopied, _0_abcopied, _1_acopied_in_thread, copyat, copybt)
+OT_GK(d, double, 2, 4, 128, _0_bcopied, _0_abcopied, _1_acopied_in_thread, copyat, copybt)
+OT_GK(c, ork_complex8, 2, 2, 64, _bcopied, _abcopied, _acopied_in_thread, copyac, copybc)
+OT_GK(z, ork_complex16, 1, 2, 64, _bcopied, _abcopied, _acopied_in_thread, copyac, copybc)
+#undef OT_GK
+
+// The op letters a type tells apart.
+template <class T> std::vector<char> ops() {
+    if constexpr (is_cx<T>) return {'N', 'T', 'C'};
+    else return {'N', 'T'};
+}
+inline idx round4(idx k) { return (k + 3) / 4 * 4; }
+
+// Restores processor detection when it goes out of scope.
+struct forced_cpu {
+    forced_cpu(int generation, int barcelona) { ork_force_cpu(generation, barcelona); }
+    ~forced_cpu() { ork_force_cpu(-1, -1); }
+};
+
+// ---- storage: n elements from `shift` bytes past a 64-byte boundary (shift a
+// multiple of alignof(T): one real component moves a complex element off 16).
+template <class T> class buffer {
+public:
+    buffer(std::size_t n, std::size_t shift, T fill)
+        : raw_(static_cast<unsigned char*>(::operator new(n * sizeof(T) + 64, std::align_val_t{64}))),
+          p_(reinterpret_cast<T*>(raw_.get() + shift)), n_(n) {
+        std::fill(p_, p_ + n_, fill);
+    }
+    T* data() const { return p_; }
+    std::size_t size() const { return n_; }
+    T& operator[](std::size_t i) const { return p_[i]; }
+    std::vector<T> snapshot() const { return {p_, p_ + n_}; }
+
+private:
+    struct release {
+        void operator()(unsigned char* p) const { ::operator delete(p, std::align_val_t{64}); }
+    };
+    std::unique_ptr<unsigned char, release> raw_;
+    T* p_;
+    std::size_t n_;
+};
+
+// rows x cols with leading dimension ld, `guard` in four slots before, in the
+// ld - rows slots below each column and in four slots after.
+template <class T> struct gmat {
+    idx rows, cols, ld;
+    buffer<T> buf;
+    gmat(idx r, idx c, idx ld_, std::size_t shift, T guard)
+        : rows(r), cols(c), ld(ld_), buf(std::size_t(8 + ld_ * c), shift, guard) {}
+    T* p() const { return buf.data() + 4; }
+    T& at(idx i, idx j) const { return p()[i + j * ld]; }
+    bool inside(std::size_t slot) const {
+        if (slot < 4) return false;
+        const idx s = idx(slot - 4);
+        return s / ld < cols && s % ld < rows;
+    }
+    template <class F> void fill(F f) {
+        for (idx j = 0; j < cols; ++j)
+            for (idx i = 0; i < rows; ++i) at(i, j) = f(i, j);
+    }
+};
+
+// Slots outside the matrix (and, with keep_rows, rows keep_rows.. inside it)
+// must hold what they held before, bit for bit.
+template <class T>
+::testing::AssertionResult guards_kept(const gmat<T>& x, const std::vector<T>& before, idx keep_rows = -1,
+                                       idx keep_cols = -1) {
+    for (std::size_t s = 0; s < before.size(); ++s) {
+        bool checked = !x.inside(s);
+        if (!checked) {
+            const idx i = idx(s - 4) % x.ld, j = idx(s - 4) / x.ld;
+            checked = (keep_rows >= 0 && i >= keep_rows) || (keep_cols >= 0 && j >= keep_cols);
+        }
+        if (checked && !same(x.buf[s], before[s]))
+            return ::testing::AssertionFailure() << "slot " << s << " (ld " << x.ld << ") changed to " << ld(x.buf[s]);
+    }
+    return ::testing::AssertionSuccess();
+}
+
+// ---- data
+enum class kind { random, ints };
+// Integers in [-3, 3]: with scalars in {0, +-1, 2.5, 0.5-1.5i} every product
+// and partial sum of these tests is a multiple of 1/4 far below 2^24, so
+// exact in single precision and in any order of summation.
+template <class T> T draw(std::mt19937_64& g, kind d) {
+    if (d == kind::random) return rnd<T>(g);
+    std::uniform_int_distribution<int> u(-3, 3);
+    const int re = u(g);
+    return make<T>(re, is_cx<T> ? u(g) : 0);
+}
+template <class T> T nan_of() { return make<T>(NAN, NAN); }
+
+// op(X)(i, j) of a column-major X.
+template <class T> T op_at(char t, const T* x, idx ld, idx i, idx j) {
+    if (t == 'N') return x[i + j * ld];
+    return t == 'C' ? conj(x[j + i * ld]) : x[j + i * ld];
+}
+
+// ---- packed layouts, written from their description: A in groups of ra
+// rows, depth j of group g at g*ra*kkr + j*ra, scaled by alpha, zero depths up
+// to kkr; B in panels (as many of the widest as fit, then at most one of each
+// narrower width), row r of the panel at c0 at c0*kkr + pw*r.
+template <class T> std::vector<idx> panel_widths(idx w) {
+    const std::vector<idx> widths = is_cx<T> ? std::vector<idx>{6, 4, 2}
+                                    : std::is_same_v<T, double> ? std::vector<idx>{12, 8, 4}
+                                                                 : std::vector<idx>{4};
+    std::vector<idx> out;
+    idx left = w;
+    for (; left >= widths[0]; left -= widths[0]) out.push_back(widths[0]);
+    for (std::size_t k = 1; k < widths.size(); ++k)
+        if (left >= widths[k]) {
+            out.push_back(widths[k]);
+            left -= widths[k];
+        }
+    return out;
+}
+// h whole groups of alpha*op(A) at depth kk (op(A) given by opa(i, l)).
+template <class T, class F> buffer<T> packed_a(idx h, idx kk, T alpha, F opa) {
+    const idx ra = gk<T>::ra, kkr = round4(kk);
+    buffer<T> p(std::size_t(std::max<idx>(h * kkr, 1)), 0, make<T>(0));
+    for (idx i = 0; i < h; ++i)
+        for (idx l = 0; l < kk; ++l) p[std::size_t((i / ra) * ra * kkr + l * ra + i % ra)] = mul(alpha, opa(i, l));
+    return p;
+}
+template <class T, class F> buffer<T> packed_b(idx kk, idx w, F opb) {
+    const idx kkr = round4(kk);
+    buffer<T> p(std::size_t(std::max<idx>(w * kkr, 1)), 0, make<T>(0));
+    idx c0 = 0;
+    for (idx pw : panel_widths<T>(w)) {
+        for (idx r = 0; r < kk; ++r)
+            for (idx c = 0; c < pw; ++c) p[std::size_t(c0 * kkr + pw * r + c)] = opb(r, c0 + c);
+        c0 += pw;
+    }
+    return p;
+}
+
+// ---- the reference product
+struct product {
+    idx m = 0, n = 0;
+    std::vector<LC> val;            // alpha*op(A)*op(B) + beta*C
+    std::vector<long double> mag;   // |alpha| sum |a||b| + |beta c|, for the bound
+    LC at(idx i, idx j) const { return val[std::size_t(i + j * m)]; }
+};
+
+// Sums in R: long double for random data (with the magnitudes), double for
+// small integers, where it is exact and vectorises. C is not read for beta = 0.
+template <class R, class T>
+product reference(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, idx lda, const T* b, idx ldb, T beta,
+                  const T* c, idx ldc) {
+    constexpr bool cxt = is_cx<T>, with_mag = std::is_same_v<R, long double>;
+    const std::size_t M = std::size_t(m), N = std::size_t(n), K = std::size_t(k);
+    std::vector<R> ar(M * K), ai(cxt ? M * K : 0), br(K * N), bi(cxt ? K * N : 0);
+    for (idx l = 0; l < k; ++l)
+        for (idx i = 0; i < m; ++i) {
+            const LC v = ld(op_at(ta, a, lda, i, l));
+            ar[i + l * M] = R(v.real());
+            if (cxt) ai[i + l * M] = R(v.imag());
+        }
+    for (idx j = 0; j < n; ++j)
+        for (idx l = 0; l < k; ++l) {
+            const LC v = ld(op_at(tb, b, ldb, l, j));
+            br[l + j * K] = R(v.real());
+            if (cxt) bi[l + j * K] = R(v.imag());
+        }
+    std::vector<R> sr(M * N), si(cxt ? M * N : 0), sm(with_mag ? M * N : 0);
+    for (std::size_t j = 0; j < N; ++j)
+        for (std::size_t l = 0; l < K; ++l) {
+            const R xr = br[l + j * K], xi = cxt ? bi[l + j * K] : R(0);
+            R* s = sr.data() + j * M;
+            const R* p = ar.data() + l * M;
+            if constexpr (cxt) {
+                R* t = si.data() + j * M;
+                const R* q = ai.data() + l * M;
+                for (std::size_t i = 0; i < M; ++i) {
+                    s[i] += p[i] * xr - q[i] * xi;
+                    t[i] += p[i] * xi + q[i] * xr;
+                }
+            } else {
+                for (std::size_t i = 0; i < M; ++i) s[i] += p[i] * xr;
+            }
+            if constexpr (with_mag) {
+                R* u = sm.data() + j * M;
+                const R xm = std::fabs(xr) + std::fabs(xi);
+                for (std::size_t i = 0; i < M; ++i) u[i] += (std::fabs(p[i]) + (cxt ? std::fabs(ai[l * M + i]) : 0)) * xm;
+            }
+        }
+    product out;
+    out.m = m;
+    out.n = n;
+    out.val.resize(M * N);
+    out.mag.resize(M * N);
+    const bool beta0 = ld(beta) == LC(0);
+    for (std::size_t j = 0; j < N; ++j)
+        for (std::size_t i = 0; i < M; ++i) {
+            const std::size_t e = i + j * M;
+            LC v = ld(alpha) * LC(sr[e], cxt ? si[e] : 0);
+            long double g = with_mag ? mag1(alpha) * sm[e] : 0;
+            if (!beta0) {
+                const T x = c[i + j * ldc];
+                v += ld(beta) * ld(x);
+                g += mag1(beta) * mag1(x);
+            }
+            out.val[e] = v;
+            out.mag[e] = g;
+        }
+    return out;
+}
+
+// The m x n block of C against the reference: exactly for integer data, else
+// within 2(k+8)eps (4(k+8)eps complex) of the magnitudes; rows, cols >= 0
+// restrict the check to the leading rows x cols.
+template <class T>
+::testing::AssertionResult matches(const gmat<T>& c, const product& want, idx k, bool exact, idx rows = -1,
+                                   idx cols = -1) {
+    const long double f = (is_cx<T> ? 4.0L : 2.0L) * (long double)(k + 8) * eps<T>;
+    const idx m = rows < 0 ? want.m : rows, n = cols < 0 ? want.n : cols;
+    for (idx j = 0; j < n; ++j)
+        for (idx i = 0; i < m; ++i) {
+            const long double tol = exact ? 0 : f * want.mag[std::size_t(i + j * want.m)];
+            auto r = near(c.at(i, j), want.at(i, j), tol);
+            if (!r) return r << " at (" << i << ", " << j << ")";
+        }
+    return ::testing::AssertionSuccess();
+}
+
+// ---- one call of a whole product
+template <class T> std::vector<T> scalars() {
+    std::vector<T> s = {make<T>(0), make<T>(1), make<T>(-1), make<T>(2.5)};
+    if constexpr (is_cx<T>) s.push_back(make<T>(0.5, -1.5));
+    return s;
+}
+// Only the first letter counts, in either case; real types read every
+// letter but N as a transpose.
+template <class T> std::vector<const char*> spellings() {
+    if constexpr (is_cx<T>) return {"N", "T", "C", "n", "t", "c", "No transpose", "transpose", "Conjugate transpose"};
+    else return {"N", "T", "n", "t", "No transpose", "Transpose", "C", "x"};
+}
+template <class T> char op_of(const char* f) {
+    const char c = char(std::toupper(static_cast<unsigned char>(*f)));
+    if (c == 'N') return 'N';
+    return is_cx<T> && c == 'C' ? 'C' : 'T';
+}
+
+struct gcase {
+    idx m, n, k;
+    const char *ta, *tb;
+    std::size_t alpha, beta;  // indices into scalars<T>()
+    idx lda_pad = 0, ldb_pad = 0, ldc_pad = 0;
+    bool shifted = false;     // C one real component past 16-byte alignment
+    kind data = kind::random;
+};
+inline std::ostream& operator<<(std::ostream& o, const gcase& c) {
+    return o << "m=" << c.m << " n=" << c.n << " k=" << c.k << " ta=\"" << c.ta << "\" tb=\"" << c.tb
+             << "\" alpha#" << c.alpha << " beta#" << c.beta << " pads=" << c.lda_pad << "," << c.ldb_pad << ","
+             << c.ldc_pad << (c.shifted ? " shifted" : "") << (c.data == kind::ints ? " ints" : " random");
+}
+
+// One call of f: A and B padded with NaN, which must never be read; C (NaN
+// and infinities where beta = 0) against the reference (unless a caller that
+// compares further asks not to), its guards kept; A and B unchanged. Returns C.
+template <class T, class F> gmat<T> run(F f, const gcase& c, std::mt19937_64& g, bool check = true) {
+    SCOPED_TRACE(::testing::Message() << c);
+    const char ta = op_of<T>(c.ta), tb = op_of<T>(c.tb);
+    const T alpha = scalars<T>()[c.alpha], beta = scalars<T>()[c.beta];
+    const idx ra = ta == 'N' ? c.m : c.k, ca = ta == 'N' ? c.k : c.m;
+    const idx rb = tb == 'N' ? c.k : c.n, cb = tb == 'N' ? c.n : c.k;
+    gmat<T> A(ra, ca, std::max<idx>(ra, 1) + c.lda_pad, 0, nan_of<T>());
+    gmat<T> B(rb, cb, std::max<idx>(rb, 1) + c.ldb_pad, 0, nan_of<T>());
+    gmat<T> C(c.m, c.n, std::max<idx>(c.m, 1) + c.ldc_pad, c.shifted ? sizeof(real_t<T>) : 0, sentinel<T>());
+    A.fill([&](idx, idx) { return draw<T>(g, c.data); });
+    B.fill([&](idx, idx) { return draw<T>(g, c.data); });
+    const bool beta0 = same(beta, make<T>(0));
+    C.fill([&](idx i, idx j) {
+        if (!beta0) return draw<T>(g, c.data);
+        return (i + j) % 3 ? nan_of<T>() : make<T>(INFINITY, -INFINITY);
+    });
+    const bool exact = c.data == kind::ints;
+    const product want =
+        !check ? product{}
+        : exact ? reference<double>(ta, tb, c.m, c.n, c.k, alpha, A.p(), A.ld, B.p(), B.ld, beta, C.p(), C.ld)
+                : reference<long double>(ta, tb, c.m, c.n, c.k, alpha, A.p(), A.ld, B.p(), B.ld, beta, C.p(), C.ld);
+    const auto a0 = A.buf.snapshot(), b0 = B.buf.snapshot(), c0 = C.buf.snapshot();
+    f(c.ta, c.tb, &c.m, &c.n, &c.k, &alpha, A.p(), &A.ld, B.p(), &B.ld, &beta, C.p(), &C.ld);
+    if (check) {
+        EXPECT_TRUE(matches(C, want, c.k, exact));
+    }
+    EXPECT_TRUE(guards_kept(C, c0));
+    EXPECT_TRUE(same_all(A.buf.snapshot(), a0));
+    EXPECT_TRUE(same_all(B.buf.snapshot(), b0));
+    return C;
+}
+
+}  // namespace ot
