@@ -6,15 +6,33 @@
 
 namespace ork::gemm {
 
+// Workspace for a piece working at any depth kk: a packed A block of `rows`
+// rows, a packed B block of `cols` columns and the kernel's scratch, each
+// sized for kk itself rather than for the driver's depth block.
+template <class T>
+workspace<T> take_for_depth(idx rows, idx cols, idx kk) {
+    const std::size_t kkr = std::size_t(round_up4(kk)), es = sizeof(T);
+    const std::size_t abytes = std::size_t(rows) * kkr * es, bbytes = std::size_t(cols) * kkr * es;
+    workspace<T> w;
+    char* p = static_cast<char*>(ork_serv_allocate(abytes + bbytes + kkr * 192 + 3 * 4096, 128));
+    w.block = p;
+    char* a = page_after(p);  // each region starts on the page after the last one ends
+    char* scratch = page_after(a + abytes);
+    w.a = reinterpret_cast<T*>(a);
+    w.scratch = scratch;
+    w.b = reinterpret_cast<T*>(page_after(scratch + kkr * 192));
+    return w;
+}
+
 // Rows of one depth block against a B panel already packed (kk x w, w a
 // multiple of q): op(A) rows are packed here, block by block. Rows beyond
 // the last whole group are not touched.
 template <class T>
 void b_packed(char ta, idx m, idx kk, idx w, T alpha, const T* a, idx lda, const T* pb, T* c, idx ldc) {
     if (m < shape<T>::ra || w < 1 || kk < 1) return;
-    workspace<T> ws = engine<T>::take(m, w, kk);
-    rows_against_panel(ta, m - m % shape<T>::ra, kk, w, engine<T>::mb(m, w, kk), alpha, a, lda, pb, c, ldc, ws.a,
-                       ws.scratch);
+    const idx mb = engine<T>::mb(m, w, kk);
+    workspace<T> ws = take_for_depth<T>(m < mb ? m : mb, 0, kk);
+    rows_against_panel(ta, m - m % shape<T>::ra, kk, w, mb, alpha, a, lda, pb, c, ldc, ws.a, ws.scratch);
     release(ws);
 }
 
@@ -35,7 +53,7 @@ void a_packed(char tb, idx kk, idx n, idx h, const T* pa, const T* b, idx ldb, T
     const idx np = n - n % shape<T>::q, kkr = round_up4(kk);
     if (h < 1 || np < 1 || kk < 1) return;
     const idx nb = engine<T>::nb(np);
-    workspace<T> ws = engine<T>::take(h, np, kk);
+    workspace<T> ws = take_for_depth<T>(0, nb, kk);
     for (idx j0 = 0; j0 < np; j0 += nb) {
         const idx w = np - j0 < nb ? np - j0 : nb;
         pack_b(tb, kk, w, op_ptr(tb, b, ldb, idx(0), j0), ldb, ws.b);
@@ -58,9 +76,11 @@ template <class T> struct brc_engine : engine<T> {
         workspace<T> w;
         char* p = static_cast<char*>(ork_serv_allocate(kbb * 192 + kbb * mbb * es + kbb * NB * es + 3 * 4096, 128));
         w.block = p;
-        w.a = reinterpret_cast<T*>(page_after(p));
-        w.scratch = page_after(p + kbb * mbb * es);
-        w.b = reinterpret_cast<T*>(page_after(p + kbb * mbb * es + 4096 + kbb * 192));
+        char* a = page_after(p);
+        char* scratch = page_after(a + kbb * mbb * es);
+        w.a = reinterpret_cast<T*>(a);
+        w.scratch = scratch;
+        w.b = reinterpret_cast<T*>(page_after(scratch + kbb * 192));
         return w;
     }
 };
