@@ -35,55 +35,27 @@ void* get_bufs(idx m, idx n, idx k, T** pa, T** pb, void** scratch) {
     return w.block;
 }
 
-// The inner kernel with the caller's scratch (kkr*192 bytes, 16-byte aligned).
-template <class T>
-void kernel_on(idx h, idx w, idx kkr, const T* pa, const T* pb, T* c, idx ldc, void* scratch) {
-    if (h < 1 || w < 1 || kkr < 1) return;
-    if (kkr == 128) inner::multiply_128(h, w, pa, pb, c, ldc, scratch);
-    else inner::multiply(h, w, kkr, pa, pb, c, ldc, scratch);
-}
-
-// The workspace of a piece, which takes any depth kk its caller packed (not
-// only up to the engine's depth block): packed A of `rows` rows, packed B of
-// `cols` columns and the kernel's scratch, all sized for kk.
-template <class T>
-workspace<T> piece_workspace(idx rows, idx cols, idx kk) {
-    const std::size_t kkr = std::size_t(round_up4(kk)), es = sizeof(T);
-    const std::size_t abytes = std::size_t(rows) * kkr * es, bbytes = std::size_t(cols) * kkr * es;
-    workspace<T> w;
-    char* p = static_cast<char*>(ork_serv_allocate(abytes + bbytes + kkr * 192 + 3 * 4096, 128));
-    if (!p) return w;
-    // each region from the first page boundary at or after the end of the one before
-    char* a = page_after(p);
-    char* scratch = page_after(a + abytes - 1);
-    w.block = p;
-    w.a = reinterpret_cast<T*>(a);
-    w.scratch = scratch;
-    w.b = reinterpret_cast<T*>(page_after(scratch + kkr * 192 - 1));
-    return w;
-}
-
 // b_packed of pieces.h with the row blocks of engine E.
 template <class T, class E>
 void b_packed_in(char ta, idx m, idx kk, idx w, T alpha, const T* a, idx lda, const T* pb, T* c, idx ldc) {
     if (m < shape<T>::ra || w < 1 || kk < 1) return;
     const idx mb = E::mb(m, w, kk);
-    workspace<T> ws = piece_workspace<T>(m < mb ? m : mb, 0, kk);
+    workspace<T> ws = take_for_depth<T>(m < mb ? m : mb, 0, kk);
     rows_against_panel(ta, m - m % shape<T>::ra, kk, w, mb, alpha, a, lda, pb, c, ldc, ws.a, ws.scratch);
     release(ws);
 }
 
-// a_packed of pieces.h with the column blocks and workspace of engine E.
+// a_packed of pieces.h with the column blocks of engine E.
 template <class T, class E>
 void a_packed_in(char tb, idx kk, idx n, idx h, const T* pa, const T* b, idx ldb, T* c, idx ldc) {
     const idx np = n - n % shape<T>::q, kkr = round_up4(kk);
     if (h < 1 || np < 1 || kk < 1) return;
     const idx nb = E::nb(np);
-    workspace<T> ws = piece_workspace<T>(0, nb, kk);
+    workspace<T> ws = take_for_depth<T>(0, nb, kk);
     for (idx j0 = 0; j0 < np; j0 += nb) {
         const idx w = np - j0 < nb ? np - j0 : nb;
         pack_b(tb, kk, w, op_ptr(tb, b, ldb, idx(0), j0), ldb, ws.b);
-        kernel_on(h, w, kkr, pa, ws.b, c + j0 * ldc, ldc, ws.scratch);
+        inner::multiply_block(h, w, kkr, pa, ws.b, c + j0 * ldc, ldc, ws.scratch);
     }
     release(ws);
 }

@@ -57,7 +57,7 @@ ORK_GEMM_MIXED(sc, float, ork_complex8)
     ORK_API ork_int ork_blas_##p##gemm_copyat_0_brc(const ork_int* h, const ork_int* kk, const T* a, const ork_int* lda, T* dest, const T* alpha) { return pack_a('T', *h, *kk, a, *lda, dest, *alpha); } \
     ORK_API void ork_blas_##p##gemm_copybn_brc(const ork_int* kk, const ork_int* w, const T* b, const ork_int* ldb, T* dest) { pack_b('N', *kk, *w, b, *ldb, dest); } \
     ORK_API void ork_blas_##p##gemm_copybt_brc(const ork_int* kk, const ork_int* w, const T* b, const ork_int* ldb, T* dest) { pack_b('T', *kk, *w, b, *ldb, dest); } \
-    ORK_API void ork_blas_##p##gemm_kernel0_0_brc(const ork_int* h, const ork_int* w, const ork_int* kkr, const T* packed_a, const T* packed_b, T* c, const ork_int* ldc, void* scratch) { kernel_on(*h, *w, *kkr, packed_a, packed_b, c, *ldc, scratch); } \
+    ORK_API void ork_blas_##p##gemm_kernel0_0_brc(const ork_int* h, const ork_int* w, const ork_int* kkr, const T* packed_a, const T* packed_b, T* c, const ork_int* ldc, void* scratch) { inner::multiply_block(*h, *w, *kkr, packed_a, packed_b, c, *ldc, scratch); } \
     ORK_API void ork_blas_##p##gemm_mscale_brc(const ork_int* m, const ork_int* n, const T* beta, T* c, const ork_int* ldc) { if (*beta != 1) scalm(*m, *n, *beta, c, *ldc); } \
     ORK_API void ork_blas_##p##gemm_pst_brc(const char* ta, const char* tb, const ork_int* m, const ork_int* n, const ork_int* k, const T* alpha, const T* a, const ork_int* lda, const T* b, const ork_int* ldb, const T* beta, T* c, const ork_int* ldc) { pst(trans_of<T>(ta), trans_of<T>(tb), *m, *n, *k, *alpha, a, *lda, b, *ldb, *beta, c, *ldc); }
 ORK_BRC_BLOCKS(d, double)

@@ -157,8 +157,7 @@ void accumulate3m(char ta, char tb, idx m, idx n, idx k, cx<R> alpha, const cx<R
                                        ws.a, alpha);
                 for (int p = 0; p < 3; ++p) {
                     zerom(h, w, ws.t[p], h);
-                    if (kkr == 128) inner::multiply_128(h, w, ws.a[p], ws.b[p], ws.t[p], h, ws.scratch);
-                    else inner::multiply(h, w, kkr, ws.a[p], ws.b[p], ws.t[p], h, ws.scratch);
+                    inner::multiply_block(h, w, kkr, ws.a[p], ws.b[p], ws.t[p], h, ws.scratch);
                 }
                 for (idx j = 0; j < w; ++j) {
                     cx<R>* cj = c + i0 + (j0 + j) * ldc;
