@@ -49,7 +49,8 @@ namespace ork::core {
     X(ork_blas_sgemm_scalm) X(ork_blas_dgemm_scalm) X(ork_blas_cgemm_scalm) X(ork_blas_zgemm_scalm) \
     X(ork_blas_cgemm_zerom) X(ork_blas_zgemm_zerom)                                           \
     X(ork_blas_xsgemm_0) X(ork_blas_xdgemm_0) X(ork_blas_xcgemm_0) X(ork_blas_xzgemm_0)       \
-    X(ork_blas_xsgemm_1) X(ork_blas_xdgemm_1) X(ork_blas_xcgemm_1) X(ork_blas_xzgemm_1)
+    X(ork_blas_xsgemm_1) X(ork_blas_xdgemm_1) X(ork_blas_xcgemm_1) X(ork_blas_xzgemm_1)       \
+    X(ork_blas_xcgemm3m) X(ork_blas_xzgemm3m) X(ork_blas_xdzgemm) X(ork_blas_xscgemm)
 
 struct kernel_table {
 #define ORK_KERNEL_POINTER(name) decltype(&::name) name;

@@ -1,0 +1,87 @@
+// libork's entries of the matrix-multiply family: complex products from three
+// real products (cgemm3m, zgemm3m) and real-times-complex products (scgemm,
+// dzgemm). The reference argument checks, then the kernel library's driver,
+// on column slabs of C split over OpenMP threads when the product is long.
+#include "core/core.h"
+
+using ork::core::entry;
+using ork::core::kernel_table;
+using idx = ork_int;
+
+namespace {
+
+const kernel_table& K() { return ork::core::kernels(); }
+
+bool is_zero(const ork_complex8& v) { return v.re == 0 && v.im == 0; }
+bool is_zero(const ork_complex16& v) { return v.re == 0 && v.im == 0; }
+
+// Below this many multiply-adds a second thread does not pay for itself.
+constexpr double split_min_work = 1 << 21;
+// Slabs are whole multiples of 8 columns, the last one taking the rest. The
+// three-product drivers treat the last n mod 4 columns, the mixed drivers the
+// last n mod 8, differently from the others, and every other column alike
+// (no blocking depends on n); so each column of C takes the same path and
+// the same operations in any split, and the bits do not depend on the
+// number of threads.
+constexpr idx col_unit = 8;
+
+// A: element type of A (real for the mixed products); C: of alpha, beta, B, C;
+// kernel: the driver's slot in the kernel table.
+template <class A, class C, class D>
+void product(const char* name, D kernel_table::*kernel, const char* ta, const char* tb, const idx* m, const idx* n, const idx* k,
+             const C* alpha, const A* a, const idx* lda, const C* b, const idx* ldb, const C* beta, C* c,
+             const idx* ldc) {
+    entry e(name);
+    auto op_ok = [](const char* f) {
+        return f && (ork_serv_lsame(f, "N", 1, 1) || ork_serv_lsame(f, "T", 1, 1) || ork_serv_lsame(f, "C", 1, 1));
+    };
+    if (!op_ok(ta)) return (void)e.fail(1);
+    if (!op_ok(tb)) return (void)e.fail(2);
+    if (!m || *m < 0) return (void)e.fail(3);
+    if (!n || *n < 0) return (void)e.fail(4);
+    if (!k || *k < 0) return (void)e.fail(5);
+    const idx M = *m, N = *n, Kd = *k;
+    const bool na = ork_serv_lsame(ta, "N", 1, 1), nb = ork_serv_lsame(tb, "N", 1, 1);
+    const idx rows_a = na ? M : Kd, rows_b = nb ? Kd : N;
+    const bool any = M > 0 && N > 0;
+    if (!alpha) return (void)e.fail(6);
+    if (!a && any && Kd > 0) return (void)e.fail(7);
+    if (!lda || *lda < (rows_a > 1 ? rows_a : 1)) return (void)e.fail(8);
+    if (!b && any && Kd > 0) return (void)e.fail(9);
+    if (!ldb || *ldb < (rows_b > 1 ? rows_b : 1)) return (void)e.fail(10);
+    if (!beta) return (void)e.fail(11);
+    if (!c && any) return (void)e.fail(12);
+    if (!ldc || *ldc < (M > 1 ? M : 1)) return (void)e.fail(13);
+    if (!any) return;
+
+    const D driver = K().*kernel;
+    const int threads = ork::core::max_threads();
+    const double work = double(M) * double(N) * double(Kd);
+    const idx units = N / col_unit;
+    if (threads < 2 || work < split_min_work || units < 2 || is_zero(*alpha))
+        return driver(ta, tb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc);
+
+    // Each slab runs the whole driver, beta pass included, on its columns.
+    const int t = int(units < threads ? units : threads);
+    const idx LDC = *ldc, LDB = *ldb;
+#pragma omp parallel for num_threads(t) schedule(static, 1)
+    for (int s = 0; s < t; ++s) {
+        const idx j0 = units * s / t * col_unit;
+        const idx len = (s == t - 1 ? N : units * (s + 1) / t * col_unit) - j0;
+        const C* bs = nb ? b + j0 * LDB : b + j0;
+        driver(ta, tb, m, &len, k, alpha, a, lda, bs, ldb, beta, c + j0 * LDC, ldc);
+    }
+}
+
+}  // namespace
+
+#define ORK_FAMILY_ENTRY(name, A, C, kernel)                                                                      \
+    ORK_CORE_API void ork_blas_##name(const char* ta, const char* tb, const idx* m, const idx* n, const idx* k,   \
+                                      const C* alpha, const A* a, const idx* lda, const C* b, const idx* ldb,     \
+                                      const C* beta, C* c, const idx* ldc) {                                      \
+        product<A, C>("ork_blas_" #name, &kernel_table::kernel, ta, tb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc);      \
+    }
+ORK_FAMILY_ENTRY(cgemm3m, ork_complex8, ork_complex8, ork_blas_xcgemm3m)
+ORK_FAMILY_ENTRY(zgemm3m, ork_complex16, ork_complex16, ork_blas_xzgemm3m)
+ORK_FAMILY_ENTRY(scgemm, float, ork_complex8, ork_blas_xscgemm)
+ORK_FAMILY_ENTRY(dzgemm, double, ork_complex16, ork_blas_xdzgemm)
