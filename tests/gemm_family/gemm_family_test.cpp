@@ -1,0 +1,458 @@
+// The matrix-multiply family against long double: the three-product complex
+// drivers and packers, the real-times-complex drivers and their blocks, the
+// family-10h and htn packers and pieces; libork's entries for thread-count
+// independence and argument errors.
+#include "blas/gemm/shape.h"  // group and panel sizes of the packed layouts
+#include "ork/gemm_kernels.h"
+#include "testing.h"
+
+using namespace ot;
+
+namespace {
+
+#define KS(f) kernel_symbol<decltype(&f)>(#f)
+template <class F> F ks(const std::string& name) { return kernel_symbol<F>(name.c_str()); }
+template <class T> using kshape = ork::gemm::shape<ork::elem_t<T>>;
+using ci = const ork_int*;
+
+// Column-major, three padding rows and one spare column, every slot random:
+// a write outside the operand changes a known value.
+template <class T> struct mat {
+    idx rows, cols, ld;
+    std::vector<T> v;
+    mat(idx r, idx c, std::mt19937_64& g) : rows(r), cols(c), ld(r + 3), v(std::size_t(ld * (c + 1))) {
+        for (T& x : v) x = rnd<T>(g);
+    }
+    T* p() { return v.data(); }
+    T& at(idx i, idx j) { return v[std::size_t(i + j * ld)]; }
+    const T& at(idx i, idx j) const { return v[std::size_t(i + j * ld)]; }
+};
+template <class T> T opx(char t, const mat<T>& x, idx i, idx j) {
+    return t == 'N' ? x.at(i, j) : t == 'C' ? conj(x.at(j, i)) : x.at(j, i);
+}
+template <class T> bool is(T v, double x) { return ld(v) == LC(x); }
+
+// C (C0 before) against alpha*op(A)*op(B) + beta*C0 over m x n: bit for bit
+// beta*C0 where no product is formed (alpha = 0 or k = 0), within rounding
+// otherwise (C0 not read for beta = 0); every other slot of C unchanged.
+template <class TA, class T>
+::testing::AssertionResult check_product(char ta, char tb, idx m, idx n, idx k, T alpha, const mat<TA>& A,
+                                         const mat<T>& B, T beta, const mat<T>& C0, const mat<T>& C) {
+    std::vector<char> inside(C.v.size(), 0);
+    for (idx j = 0; j < n; ++j)
+        for (idx i = 0; i < m; ++i) {
+            inside[std::size_t(i + j * C.ld)] = 1;
+            const T c0 = C0.at(i, j), got = C.at(i, j);
+            if (is(alpha, 0) || k == 0) {
+                const T want = is(beta, 0) ? make<T>(0) : is(beta, 1) ? c0 : mul(beta, c0);
+                if (!same(got, want)) return ::testing::AssertionFailure() << "(" << i << ", " << j << ") not beta*C";
+                continue;
+            }
+            long double sr = 0, si = 0, mags = 0;
+            for (idx l = 0; l < k; ++l) {
+                const LC x = ld(opx(ta, A, i, l)), y = ld(opx(tb, B, l, j));
+                sr += x.real() * y.real() - x.imag() * y.imag();
+                si += x.real() * y.imag() + x.imag() * y.real();
+                mags += mag1(x) * mag1(y);
+            }
+            const bool c_in = !is(beta, 0);
+            const LC want = ld(alpha) * LC(sr, si) + (c_in ? ld(beta) * ld(c0) : LC(0));
+            const long double tol = 16 * eps<T> * (mag1(alpha) * mags + (c_in ? mag1(beta) * mag1(c0) : 0));
+            if (auto r = near(got, want, tol); !r) return r << " at (" << i << ", " << j << ")";
+        }
+    for (std::size_t s = 0; s < C.v.size(); ++s)
+        if (!inside[s] && !same(C.v[s], C0.v[s])) return ::testing::AssertionFailure() << "slot " << s << " written";
+    return ::testing::AssertionSuccess();
+}
+
+struct dims {
+    idx m, n, k;
+    bool big = false;  // one scalar case only
+};
+std::vector<dims> small_and(std::vector<dims> extra) {
+    std::vector<dims> d = {{0, 3, 2}, {3, 0, 2}, {1, 1, 1}, {4, 5, 0}, {2, 2, 2}, {7, 5, 3}, {13, 9, 17}, {17, 12, 9}};
+    d.insert(d.end(), extra.begin(), extra.end());
+    return d;
+}
+// general; beta = 0 over NaN; alpha = 0; alpha = 0 and beta = 1; real alpha
+// with beta = 1; general alpha with beta = 1 (the cases of beta-less pieces).
+struct scalars {
+    double ar, ai, br, bi;
+    bool nan_c;
+} const cases[] = {{0.75, -0.5, -1.25, 0.5, false}, {1.5, 0.25, 0, 0, true}, {0, 0, 0.5, -2, false},
+                   {0, 0, 1, 0, false},             {-1, 0, 1, 0, false},   {0.75, -0.5, 1, 0, false}};
+
+// f has the 13 arguments of x?gemm; without beta it is a C += piece.
+template <class TA, class T, class F>
+void products(const char* what, F f, bool has_beta, const char* letters, const std::vector<dims>& shapes) {
+    std::mt19937_64 g(71);
+    for (const dims& d : shapes)
+        for (const char* ta = letters; *ta; ++ta)
+            for (const char* tb = letters; *tb; ++tb)
+                for (const scalars& s : cases) {
+                    if ((!has_beta && s.br != 1) || (d.big && &s != &cases[has_beta ? 0 : 5])) continue;
+                    SCOPED_TRACE(::testing::Message() << what << " " << *ta << *tb << " m=" << d.m << " n=" << d.n
+                                                      << " k=" << d.k << " case " << (&s - cases));
+                    const idx m = d.m, n = d.n, k = d.k;
+                    const T alpha = make<T>(s.ar, s.ai), beta = make<T>(s.br, s.bi);
+                    mat<TA> A(*ta == 'N' ? m : k, *ta == 'N' ? k : m, g);
+                    mat<T> B(*tb == 'N' ? k : n, *tb == 'N' ? n : k, g), C(m, n, g);
+                    for (idx j = 0; j < n && s.nan_c; ++j)
+                        for (idx i = 0; i < m; ++i) C.at(i, j) = make<T>(NAN, NAN);
+                    const auto A0 = A.v, B0 = B.v;
+                    const mat<T> C0 = C;
+                    const char fa[2] = {char(*ta | 0x20), 0}, fb[2] = {*tb, 0};  // flags in either case
+                    f(fa, fb, &m, &n, &k, &alpha, A.p(), &A.ld, B.p(), &B.ld, &beta, C.p(), &C.ld);
+                    EXPECT_TRUE(same_all(A.v, A0) && same_all(B.v, B0));
+                    EXPECT_TRUE(check_product(*ta, *tb, m, n, k, alpha, A, B, beta, C0, C));
+                }
+}
+template <class F> auto no_beta(F f) {
+    return [f](auto ta, auto tb, auto m, auto n, auto k, auto al, auto a, auto lda, auto b, auto ldb, auto, auto c,
+               auto ldc) { f(ta, tb, m, n, k, al, a, lda, b, ldb, c, ldc); };
+}
+
+TEST(GemmFamily, ThreeProductDrivers) {
+    const auto shapes = small_and({{197, 262, 3, true}, {9, 8, 130}, {5, 7, 130}});
+    products<ork_complex8, ork_complex8>("xcgemm3m", KS(ork_blas_xcgemm3m), true, "NTC", shapes);
+    products<ork_complex16, ork_complex16>("xzgemm3m", KS(ork_blas_xzgemm3m), true, "NTC", shapes);
+    products<ork_complex8, ork_complex8>("cgemm3m", &ork_blas_cgemm3m, true, "NTC", small_and({}));
+    products<ork_complex16, ork_complex16>("zgemm3m", &ork_blas_zgemm3m, true, "NTC", small_and({}));
+}
+
+TEST(GemmFamily, MixedDrivers) {
+    const auto dz = small_and({{4085, 9, 9, true}, {9, 530, 9, true}, {9, 9, 2050, true}, {16, 19, 8}});
+    const auto sc = small_and({{6915, 9, 9, true}, {9, 530, 9, true}, {9, 9, 4100, true}, {16, 19, 8}});
+    products<double, ork_complex16>("xdzgemm", KS(ork_blas_xdzgemm), true, "NTC", dz);
+    products<float, ork_complex8>("xscgemm", KS(ork_blas_xscgemm), true, "NTC", sc);
+    products<double, ork_complex16>("dzgemm_pst", KS(ork_blas_dzgemm_pst), true, "NTC", small_and({}));
+    products<float, ork_complex8>("scgemm_pst", KS(ork_blas_scgemm_pst), true, "NTC", small_and({}));
+    products<double, ork_complex16>("dzgemm", &ork_blas_dzgemm, true, "NTC", small_and({}));
+    products<float, ork_complex8>("scgemm", &ork_blas_scgemm, true, "NTC", small_and({}));
+}
+
+TEST(GemmFamily, FamilyTenAndHtnProducts) {
+    const auto brc = small_and({{258, 6, 257, true}, {30, 13, 20}});
+    for (std::string x : {"ork_blas_xdgemm1_brc_", "ork_blas_xdgemm0_brc_"})
+        for (const char* piece : {"0", "1"})
+            products<double, double>(piece, no_beta(ks<decltype(&ork_blas_xdgemm_0)>(x + piece)), false, "NT", brc);
+    for (std::string piece : {"0", "1"})
+        products<float, float>("s", no_beta(ks<decltype(&ork_blas_xsgemm_0)>("ork_blas_xsgemm0_brc_" + piece)), false,
+                               "NT", brc);
+    products<double, double>("dgemm_pst_brc", KS(ork_blas_dgemm_pst_brc), true, "NT", small_and({}));
+    products<float, float>("sgemm_pst_brc", KS(ork_blas_sgemm_pst_brc), true, "NT", small_and({}));
+    const auto htn = small_and({{390, 6, 194, true}});
+    products<float, float>("s_thr", no_beta(KS(ork_blas_xsgemm_1_thr_htn)), false, "NT", htn);
+    products<double, double>("d_thr", no_beta(KS(ork_blas_xdgemm_1_thr_htn)), false, "NT", htn);
+    products<ork_complex8, ork_complex8>("c_thr", no_beta(KS(ork_blas_xcgemm_1_thr_htn)), false, "NTC", htn);
+    products<ork_complex16, ork_complex16>("z_thr", no_beta(KS(ork_blas_xzgemm_1_thr_htn)), false, "NTC", htn);
+}
+
+// ---- packed layouts, written out independently of the packers: group g
+// of ra rows holds depth j at g*ra*kkr + j*ra; B panels of widths[0] while
+// they fit, then at most one of each narrower width, depth row r of a panel
+// of pw columns at c0 at c0*kkr + pw*r; zeros from depth kk to kkr = 8.
+// `got` has guard slots after the layout.
+template <class X, class F> ::testing::AssertionResult a_layout(const std::vector<X>& got, idx hp, idx ra, F want) {
+    std::vector<X> w(got.size(), sentinel<X>());
+    for (idx i = 0; i < hp; ++i)
+        for (idx j = 0; j < 8; ++j) w[std::size_t(i / ra * ra * 8 + j * ra + i % ra)] = j < 7 ? want(i, j) : make<X>(0);
+    return same_all(got, w);
+}
+template <class X, class F> ::testing::AssertionResult b_layout(const std::vector<X>& got, const int* widths, F want) {
+    std::vector<X> w(got.size(), sentinel<X>());
+    idx c0 = 0;
+    auto panel = [&](idx pw) {
+        for (idx r = 0; r < 8; ++r)
+            for (idx c = 0; c < pw; ++c) w[std::size_t(c0 * 8 + pw * r + c)] = r < 7 ? want(r, c0 + c) : make<X>(0);
+        c0 += pw;
+    };
+    while (20 - c0 >= widths[0]) panel(widths[0]);
+    for (int i = 1; i < 3; ++i)
+        if (widths[i] < widths[i - 1] && 20 - c0 >= widths[i]) panel(widths[i]);
+    return same_all(got, w);
+}
+constexpr idx kk = 7, kkr = 8, w = 20;  // depth and width of the packed operands below
+
+// 3m packers: each part of alpha*op(A) and op(B), exactly, in the real layouts.
+template <class T> void three_product_packers(const std::string& p) {
+    using R = real_t<T>;
+    std::mt19937_64 g(72);
+    const idx ra = kshape<R>::ra, h = 3 * ra + 1, hp = h - 1;
+    const T alpha = make<T>(0.75, -0.5);
+    for (char t : {'n', 't', 'c'})
+        for (idx part : {0, 1, 2}) {
+            SCOPED_TRACE(::testing::Message() << p << " " << t << " part " << part);
+            const char u = char(t & ~0x20);
+            mat<T> A(u == 'N' ? h : kk, u == 'N' ? kk : h, g), B(u == 'N' ? kk : w, u == 'N' ? w : kk, g);
+            auto pick = [part](T v) { return part == 0 ? v.re : part == 1 ? v.im : v.re + v.im; };
+            std::vector<R> pa(std::size_t(hp * kkr + 8), sentinel<R>()), pb(std::size_t(w * kkr + 8), sentinel<R>());
+            using FA = ork_int (*)(ci, ci, const T*, ci, R*, const T*, ci);
+            const std::string x = "ork_blas_" + p + "gemm3m_copy";
+            EXPECT_EQ(ks<FA>(x + "a" + t)(&h, &kk, A.p(), &A.ld, pa.data(), &alpha, &part), hp);
+            ks<void (*)(ci, ci, const T*, ci, R*, ci)>(x + "b" + t)(&kk, &w, B.p(), &B.ld, pb.data(), &part);
+            EXPECT_TRUE(a_layout(pa, hp, ra, [&](idx i, idx j) { return pick(mul(alpha, opx(u, A, i, j))); }));
+            EXPECT_TRUE(b_layout(pb, kshape<R>::widths, [&](idx r, idx c) { return pick(opx(u, B, r, c)); }));
+        }
+}
+TEST(GemmFamily, ThreeProductPackers) {
+    three_product_packers<ork_complex8>("c");
+    three_product_packers<ork_complex16>("z");
+}
+
+// ---- one engine's packers and its pieces on packed operands: the layouts,
+// then each piece's share of C (and nothing else).
+template <class T> struct sig {
+    using copya = ork_int (*)(ci, ci, const T*, ci, T*, const T*);
+    using copyb = void (*)(ci, ci, const T*, ci, T*);
+    using bcop = void (*)(const char*, ci, ci, ci, const T*, const T*, ci, const T*, T*, ci);
+    using abcop = void (*)(ci, ci, ci, const T*, const T*, T*, ci);
+    using acop = void (*)(const char*, ci, ci, ci, const T*, const T*, ci, T*, ci);
+    using kernel = void (*)(ci, ci, ci, const T*, const T*, T*, ci, void*);
+};
+// pack: packer names around the op letter, as {"..._copya", "_0_brc", "..._copyb", "_brc"}.
+template <class T> void packed_pieces(const std::string (&pack)[4], const std::string (&piece)[3]) {
+    using S = sig<T>;
+    std::mt19937_64 g(73);
+    const idx ra = kshape<T>::ra, q = kshape<T>::q, m = 3 * ra + 1, hp = m - m % ra;
+    const T alpha = make<T>(0.75, -0.5);
+    for (char ta : std::string(is_cx<T> ? "NTC" : "NT"))
+        for (char tb : std::string(is_cx<T> ? "NTC" : "NT")) {
+            SCOPED_TRACE(::testing::Message() << piece[0] << " " << ta << tb);
+            const char fa[2] = {ta, 0}, fb[2] = {tb, 0};
+            mat<T> A(ta == 'N' ? m : kk, ta == 'N' ? kk : m, g), B(tb == 'N' ? kk : 5003, tb == 'N' ? 5003 : kk, g);
+            std::vector<T> pa(std::size_t(hp * kkr + 8), sentinel<T>()), pb(std::size_t(w * kkr + 8), sentinel<T>());
+            const std::string na = pack[0] + char(ta | 0x20) + pack[1], nb = pack[2] + char(tb | 0x20) + pack[3];
+            EXPECT_EQ(ks<typename S::copya>(na)(&m, &kk, A.p(), &A.ld, pa.data(), &alpha), hp);
+            ks<typename S::copyb>(nb)(&kk, &w, B.p(), &B.ld, pb.data());
+            EXPECT_TRUE(a_layout(pa, hp, ra, [&](idx i, idx j) { return mul(alpha, opx(ta, A, i, j)); }));
+            EXPECT_TRUE(b_layout(pb, kshape<T>::widths, [&](idx r, idx c) { return opx(tb, B, r, c); }));
+            // C(0 .. rows-1, 0 .. cols-1) += alpha*op(A)*op(B), from the packed operands or the originals
+            auto share = [&](idx rows, idx cols, auto call) {
+                mat<T> C(m, cols + q, g);
+                const mat<T> C0 = C;
+                call(C);
+                EXPECT_TRUE(check_product(ta, tb, rows, cols, kk, alpha, A, B, make<T>(1), C0, C));
+            };
+            share(hp, w, [&](mat<T>& C) {
+                ks<typename S::bcop>(piece[0])(fa, &m, &kk, &w, &alpha, A.p(), &A.ld, pb.data(), C.p(), &C.ld);
+            });
+            share(hp, w, [&](mat<T>& C) {
+                ks<typename S::abcop>(piece[1])(&hp, &w, &kkr, pa.data(), pb.data(), C.p(), &C.ld);
+            });
+            for (idx n : {w + q - 1, idx(5003)})  // the second crosses every engine's column block
+                share(hp, n - n % q, [&](mat<T>& C) {
+                    ks<typename S::acop>(piece[2])(fb, &kk, &n, &hp, pa.data(), B.p(), &B.ld, C.p(), &C.ld);
+                });
+        }
+    // deeper than any engine's depth block and wider than a few panels: the
+    // pieces size their workspace for what they are given
+    const idx kd = 261, n = 203, wd = n - n % q, kdr = 264;
+    mat<T> A(m, kd, g), B(kd, n, g);
+    std::vector<T> pa(std::size_t(hp * kdr)), pb(std::size_t(wd * kdr));
+    ks<typename S::copya>(pack[0] + "n" + pack[1])(&m, &kd, A.p(), &A.ld, pa.data(), &alpha);
+    ks<typename S::copyb>(pack[2] + "n" + pack[3])(&kd, &wd, B.p(), &B.ld, pb.data());
+    for (int piece_no : {0, 1, 2}) {
+        mat<T> C(m, n, g);
+        const mat<T> C0 = C;
+        const std::string& f = piece[piece_no];
+        if (piece_no == 0) ks<typename S::bcop>(f)("N", &m, &kd, &wd, &alpha, A.p(), &A.ld, pb.data(), C.p(), &C.ld);
+        if (piece_no == 1) ks<typename S::abcop>(f)(&hp, &wd, &kdr, pa.data(), pb.data(), C.p(), &C.ld);
+        if (piece_no == 2) ks<typename S::acop>(f)("N", &kd, &n, &hp, pa.data(), B.p(), &B.ld, C.p(), &C.ld);
+        EXPECT_TRUE(check_product('N', 'N', hp, wd, kd, alpha, A, B, make<T>(1), C0, C)) << piece[piece_no];
+    }
+}
+TEST(GemmFamily, FamilyTenPackersAndPieces) {
+    for (std::string x : {"ork_blas_xdgemm1_brc", "ork_blas_xdgemm0_brc"})
+        packed_pieces<double>({"ork_blas_dgemm_copya", "_0_brc", "ork_blas_dgemm_copyb", "_brc"},
+                              {x + "_bcopied", x + "_abcopied", x + "_acopied"});
+    const std::string x = "ork_blas_xsgemm0_brc";
+    packed_pieces<float>({"ork_blas_sgemm_copya", "_0_brc", "ork_blas_sgemm_copyb", "_brc"},
+                         {x + "_bcopied", x + "_abcopied", x + "_acopied"});
+}
+template <class T> void htn_pieces(const std::string& p) {
+    const std::string x = "ork_blas_x" + p + "gemm_";
+    packed_pieces<T>({"ork_blas_" + p + "gemm_copya", "_htn", "ork_blas_" + p + "gemm_copyb", "_htn"},
+                     {x + "0_bcopied_htn", x + "0_abcopied_htn", x + "1_acopied_htn"});
+}
+TEST(GemmFamily, HtnPackersAndPieces) {
+    htn_pieces<float>("s");
+    htn_pieces<double>("d");
+    htn_pieces<ork_complex8>("c");
+    htn_pieces<ork_complex16>("z");
+}
+
+// The blocking reports, and the family-10h workspace used for one full block.
+template <class T> void brc_workspace(const std::string& p) {
+    std::mt19937_64 g(74);
+    ork_int info[3] = {}, info1[3] = {};
+    const idx m = 600, n = 40, k = 600;
+    ks<void (*)(ci, ci, ci, ork_int*)>("ork_blas_" + p + "gemm_blk_info_0_brc")(&m, &n, &k, info);
+    EXPECT_TRUE(info[0] == 256 && info[1] == 256 - 256 % kshape<T>::ra && info[2] == n);
+    if (p == "d") KS(ork_blas_dgemm_blk_info_1_brc)(&m, &n, &k, info1);
+    EXPECT_TRUE(p != "d" || std::equal(info, info + 3, info1));
+    T *pa = nullptr, *pb = nullptr;
+    void* scratch = nullptr;
+    void* block = ks<void* (*)(ci, ci, ci, T**, T**, void**)>("ork_blas_" + p + "gemm_getbufs_brc")(&m, &n, &k, &pa,
+                                                                                                    &pb, &scratch);
+    ASSERT_TRUE(block && pa && pb && scratch);
+    EXPECT_EQ((std::uintptr_t(pa) | std::uintptr_t(pb) | std::uintptr_t(scratch)) % 16, 0u);
+    const idx kb = info[0], mb = info[1];
+    mat<T> A(m, k, g), B(k, n, g), C(m, n, g);
+    const mat<T> C0 = C;
+    const T alpha = make<T>(-0.5);
+    const std::string x = "ork_blas_" + p + "gemm_";
+    EXPECT_EQ(ks<typename sig<T>::copya>(x + "copyan_0_brc")(&mb, &kb, A.p(), &A.ld, pa, &alpha), mb);
+    ks<typename sig<T>::copyb>(x + "copybn_brc")(&kb, &n, B.p(), &B.ld, pb);
+    ks<typename sig<T>::kernel>(x + "kernel0_0_brc")(&mb, &n, &kb, pa, pb, C.p(), &C.ld, scratch);
+    ks<void (*)(void*)>(x + "freebufs_brc")(block);
+    EXPECT_TRUE(check_product('N', 'N', mb, n, kb, alpha, A, B, make<T>(1), C0, C));
+}
+TEST(GemmFamily, BlockingAndWorkspaces) {
+    brc_workspace<double>("d");
+    brc_workspace<float>("s");
+    const idx m = 50, k = 50;
+    for (auto [p, q] : {std::pair<const char*, idx>{"s", kshape<float>::q}, {"d", kshape<double>::q},
+                        {"c", kshape<ork_complex8>::q}, {"z", kshape<ork_complex16>::q}})
+        for (idx n : {idx(100), idx(1000000)}) {  // nb: all of a short n, a multiple of q of a long one
+            ork_int info[3] = {};
+            ks<void (*)(ci, ci, ci, ork_int*)>("ork_blas_" + std::string(p) + "gemm_blk_info_htn")(&m, &n, &k, info);
+            EXPECT_TRUE(info[0] == 192 && info[1] == 384) << p;
+            EXPECT_TRUE(n == 100 ? info[2] == n : info[2] > 0 && info[2] < n && info[2] % q == 0) << p << " " << n;
+        }
+}
+
+// The blocks of the mixed drivers: beta pass, separations, workspace
+// (regions of kb x nb, kb x nb, mb x nb, mb x nb).
+template <class R, class T> void mixed_blocks(const std::string& p, std::size_t bytes, idx kb, idx mb, idx nb) {
+    std::mt19937_64 g(75);
+    const idx m = 5, n = 4, ldw = 7;
+    for (T beta : {make<T>(0), make<T>(1), make<T>(0.5, -2)}) {
+        mat<T> C(m, n, g);
+        C.at(1, 1) = make<T>(NAN, NAN);
+        const mat<T> C0 = C;
+        ks<void (*)(ci, ci, const T*, T*, ci)>("ork_blas_" + p + "gemm_mscale")(&m, &n, &beta, C.p(), &C.ld);
+        EXPECT_TRUE((check_product<T, T>('N', 'N', m, n, 0, make<T>(0), mat<T>(0, 0, g), C, beta, C0, C)));
+    }
+    const T alpha = make<T>(0.75, -0.5);
+    for (const char* tb : {"N", "t", "C"}) {  // alpha*op(B), separated
+        const char t = char(*tb & ~0x20);
+        mat<T> B(t == 'N' ? m : n, t == 'N' ? n : m, g);
+        std::vector<R> br(std::size_t(ldw * n), sentinel<R>()), bi = br, wr = br, wi = br;
+        ks<void (*)(const char*, ci, ci, const T*, ci, const T*, R*, R*, ci)>("ork_blas_" + p + "gemm_copyb")(
+            tb, &m, &n, B.p(), &B.ld, &alpha, br.data(), bi.data(), &ldw);
+        for (idx j = 0; j < n; ++j)
+            for (idx i = 0; i < m; ++i) {
+                wr[std::size_t(i + j * ldw)] = mul(alpha, opx(t, B, i, j)).re;
+                wi[std::size_t(i + j * ldw)] = mul(alpha, opx(t, B, i, j)).im;
+            }
+        EXPECT_TRUE(same_all(br, wr) && same_all(bi, wi)) << tb;
+    }
+    mat<T> C(m, n, g), D(m, n, g), E = D;  // C separated, then interleaved into D; E: what D should become
+    std::vector<R> cr(std::size_t(ldw * n), sentinel<R>()), cim = cr, wr = cr, wi = cr;
+    for (idx j = 0; j < n; ++j)
+        for (idx i = 0; i < m; ++i) {
+            E.at(i, j) = C.at(i, j);
+            wr[std::size_t(i + j * ldw)] = C.at(i, j).re, wi[std::size_t(i + j * ldw)] = C.at(i, j).im;
+        }
+    using F = void (*)(ci, ci, const T*, ci, R*, R*, ci);
+    ks<F>("ork_blas_" + p + "gemm_copyc_fwd")(&m, &n, C.p(), &C.ld, cr.data(), cim.data(), &ldw);
+    using B = void (*)(ci, ci, const R*, const R*, ci, T*, ci);
+    ks<B>("ork_blas_" + p + "gemm_copyc_bwd")(&m, &n, cr.data(), cim.data(), &ldw, D.p(), &D.ld);
+    EXPECT_TRUE(same_all(cr, wr) && same_all(cim, wi) && same_all(D.v, E.v));
+    R* r[4] = {};
+    void* block = ks<void* (*)(R**, R**, R**, R**)>("ork_blas_" + p + "gemm_getbufs")(&r[0], &r[1], &r[2], &r[3]);
+    ASSERT_NE(block, nullptr);
+    std::uintptr_t end = std::uintptr_t(block);
+    for (int i = 0; i < 4; ++i) {  // in order inside the block, apart, 128-byte aligned, writable
+        const std::size_t len = std::size_t(i < 2 ? kb * nb : mb * nb);
+        EXPECT_TRUE(std::uintptr_t(r[i]) >= end && std::uintptr_t(r[i]) % 128 == 0) << i;
+        end = std::uintptr_t(r[i] + len);
+        std::fill(r[i], r[i] + len, R(1));
+    }
+    EXPECT_LE(end, std::uintptr_t(block) + bytes);
+    ks<void (*)(void*)>("ork_blas_" + p + "gemm_freebufs")(block);
+}
+TEST(GemmFamily, MixedBlocks) {
+    mixed_blocks<double, ork_complex16>("dz", 50256384, 2048, 4080, 512);
+    mixed_blocks<float, ork_complex8>("sc", 45136384, 4096, 6912, 512);
+}
+
+// ---- libork's entries: the same bits with one and two threads (and as the
+// kernel driver alone), and the position of the first bad argument.
+template <class TA, class T, class F> void thread_bits(const char* what, F entry, F kernel) {
+    std::mt19937_64 g(76);
+    const idx m = 37, n = 203, k = 300;  // 25 slabs of 8 columns, and 3 more
+    mat<TA> A(m, k, g);
+    mat<T> B(n, k, g), C(m, n, g);
+    const T alpha = make<T>(0.75, -0.5), beta = make<T>(-1.25, 0.5);
+    std::vector<T> out[3];
+    for (int t : {0, 1, 2}) {
+        threads_scope threads(t == 0 ? 1 : t);
+        mat<T> Ct = C;
+        (t == 0 ? kernel : entry)("N", "C", &m, &n, &k, &alpha, A.p(), &A.ld, B.p(), &B.ld, &beta, Ct.p(), &Ct.ld);
+        out[t] = Ct.v;
+    }
+    EXPECT_TRUE(same_all(out[1], out[0]) && same_all(out[2], out[0])) << what;
+}
+TEST(GemmFamily, LiborkThreadsGiveTheSameBits) {
+    thread_bits<ork_complex8, ork_complex8>("cgemm3m", &ork_blas_cgemm3m, KS(ork_blas_xcgemm3m));
+    thread_bits<ork_complex16, ork_complex16>("zgemm3m", &ork_blas_zgemm3m, KS(ork_blas_xzgemm3m));
+    thread_bits<float, ork_complex8>("scgemm", &ork_blas_scgemm, KS(ork_blas_xscgemm));
+    thread_bits<double, ork_complex16>("dzgemm", &ork_blas_dzgemm, KS(ork_blas_xdzgemm));
+}
+
+std::vector<std::pair<std::string, int>> reports;
+void capture(const char* routine, int position) { reports.emplace_back(routine, position); }
+
+// A valid call (m = 3, n = 2, k = 4, op(B) = B^T); each case spoils one
+// argument, `missing` naming one passed as null.
+template <class TA, class T, class F> void argument_errors(const char* name, F f) {
+    std::mt19937_64 g(77);
+    mat<TA> A(3, 4, g);
+    mat<T> B(2, 4, g), C(3, 2, g);
+    const T alpha = make<T>(2), beta = make<T>(0.5);
+    struct call {
+        const char *ta = "N", *tb = "T";
+        idx m = 3, n = 2, k = 4, lda = 6, ldb = 2, ldc = 3;
+        int missing = 0, position = 0;
+    };
+    std::vector<call> calls(13);
+    for (int p = 1; p <= 13; ++p) {
+        call& c = calls[std::size_t(p - 1)];
+        c.position = p;
+        if (p == 1) c.ta = "X";
+        else if (p == 2) c.tb = "";
+        else if (p <= 5) (p == 3 ? c.m : p == 4 ? c.n : c.k) = -1;
+        else if (p == 8 || p == 10 || p == 13) (p == 8 ? c.lda : p == 10 ? c.ldb : c.ldc) = 2 - (p == 10);
+        else c.missing = p;
+    }
+    calls.push_back({"c", "T", 2, 2, 4, 3, 2, 3, 0, 8});   // op(A) = A^T: lda >= k
+    calls.push_back({"N", "n", 3, 2, 4, 6, 3, 3, 0, 10});  // op(B) = B: ldb >= k
+    calls.push_back({"N", "T", 3, 2, 0, 6, 2, 3, 7, 0});   // k = 0: a is not read
+    auto previous = ork_set_error_handler(&capture);
+    for (const call& c : calls) {
+        reports.clear();
+        mat<T> Ct = C;
+        auto arg = [&](int p, auto* x) { return c.missing == p ? nullptr : x; };
+        f(c.ta, c.tb, &c.m, &c.n, &c.k, arg(6, &alpha), arg(7, A.p()), &c.lda, arg(9, B.p()), &c.ldb, arg(11, &beta),
+          arg(12, Ct.p()), &c.ldc);
+        if (c.position == 0) {
+            EXPECT_TRUE(reports.empty()) << name;
+            continue;
+        }
+        ASSERT_EQ(reports.size(), 1u) << name << " position " << c.position;
+        EXPECT_EQ(reports[0], std::make_pair(std::string(name), c.position));
+        EXPECT_EQ(ork_last_error(), c.position);
+        EXPECT_TRUE(same_all(Ct.v, C.v)) << name << " position " << c.position;
+    }
+    ork_set_error_handler(previous);
+}
+TEST(GemmFamily, ArgumentErrors) {
+    argument_errors<ork_complex8, ork_complex8>("ork_blas_cgemm3m", &ork_blas_cgemm3m);
+    argument_errors<ork_complex16, ork_complex16>("ork_blas_zgemm3m", &ork_blas_zgemm3m);
+    argument_errors<float, ork_complex8>("ork_blas_scgemm", &ork_blas_scgemm);
+    argument_errors<double, ork_complex16>("ork_blas_dzgemm", &ork_blas_dzgemm);
+}
+
+}  // namespace
