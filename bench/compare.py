@@ -123,6 +123,8 @@ def run_binary(binary, min_time, repetitions, extra, env=None, note=""):
     proc = subprocess.run(cmd, stdout=subprocess.PIPE, text=True, env=env)
     if proc.returncode != 0:
         sys.exit(f"compare.py: {binary} exited with status {proc.returncode}")
+    if not proc.stdout.strip():
+        sys.exit(f"compare.py: {binary} printed no results (did the filter match no benchmark?)")
     return json.loads(proc.stdout)
 
 
@@ -296,9 +298,11 @@ def print_gemm_table(runs, lib, peer, markdown, slow_below):
     for i, lab in enumerate(labels):
         mark = "'" * i  # ork of the second run is ork', and so on
         head += [f"{lib}{mark}", f"{peer} {lab}", f"{lib}{mark}/{lab}"]
-    head += [f"{lib} 2T/1T", "cv%", ""]
-    # ork's speed per (routine, args) and thread count, first run, for scaling
-    first = {(k[0], k[1], k[2]): gflops(pairs[0][0]) for k, pairs in rows}
+    # two-thread over one-thread speed of both libraries in the last run (the
+    # like-for-like one when OpenBLAS ran on its Core2 kernels)
+    last = len(runs) - 1
+    head += [f"{lib}{chr(39) * last} 2T/1T", f"{labels[last]} 2T/1T", "cv%", ""]
+    speed = {(k[0], k[1], k[2]): (gflops(pairs[last][0]), gflops(pairs[last][1])) for k, pairs in rows}
     table, ratios, problems = [], [[] for _ in runs], []
     for (routine, args, threads), pairs in rows:
         cells = ["/".join(args), routine[:1] if routine.endswith("gemm") else routine, str(threads)]
@@ -323,9 +327,9 @@ def print_gemm_table(runs, lib, peer, markdown, slow_below):
                 problems.append(mine)
             cells += ["-" if g is None else f"{g:.2f}", "-" if h is None else f"{h:.2f}",
                       "-" if r is None else f"{r:.2f}"]
-        one = first.get((routine, args, 1))
-        two = gflops(pairs[0][0])
-        cells.append(f"{two / one:.2f}" if threads == 2 and one and two else "")
+        one, two = speed.get((routine, args, 1), (None, None)), speed[(routine, args, threads)]
+        for i in (0, 1):
+            cells.append(f"{two[i] / one[i]:.2f}" if threads == 2 and one[i] and two[i] else "")
         cells.append(f"{100 * max(cvs):.1f}" if cvs else "")
         cells.append("; ".join(dict.fromkeys(notes)))
         table.append(cells)
@@ -339,17 +343,18 @@ def print_gemm_table(runs, lib, peer, markdown, slow_below):
     runs_text = ", ".join(f"{lib}{chr(39) * i} in the {lab} run" for i, lab in enumerate(labels))
     print(f"GFLOP/s = 1e9 operations per second (2mnk real, 8mnk complex); {runs_text}; "
           f"each ratio within its own run, > 1: {lib} faster; "
-          f"{lib} 2T/1T: {lib}'s two-thread speed over its one-thread speed ({labels[0]} run); "
+          f"2T/1T: two-thread speed over one-thread speed of the same shape ({labels[last]} run); "
           "cv%: the largest coefficient of variation of the row's times over repetitions "
           "(none where a product ran once)")
-    # the leading-dimension pair, when both ran
+    # the leading-dimension pairs, in every run
     for (routine, args, threads), pairs in rows:
         if len(args) == 2 and args[1].startswith("ld:") and threads == 1:
-            padded = gflops(pairs[0][0])
-            square = first.get((routine, (args[0],), 1))
-            if padded and square:
-                print(f"{routine} {args[0]}: {lib} at ld {args[0].split('x')[0]} {square:.2f} GFLOP/s, "
-                      f"at {args[1]} {padded:.2f} GFLOP/s (ratio {square / padded:.2f})")
+            square = dict(rows).get((routine, (args[0],), 1))
+            for i, lab in enumerate(labels):
+                padded, plain = gflops(pairs[i][0]), gflops(square[i][0]) if square else None
+                if padded and plain:
+                    print(f"{routine} {args[0]}, {lab} run: {lib} at ld {args[0].split('x')[0]} {plain:.2f} GFLOP/s, "
+                          f"at {args[1]} {padded:.2f} GFLOP/s (ratio {plain / padded:.2f})")
     return problems
 
 
