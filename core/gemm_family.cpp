@@ -2,7 +2,7 @@
 // real products (cgemm3m, zgemm3m) and real-times-complex products (scgemm,
 // dzgemm). The reference argument checks, then the kernel library's driver,
 // on column slabs of C split over OpenMP threads when the product is long.
-#include "core/core.h"
+#include "core/gemm_args.h"
 
 using ork::core::entry;
 using ork::core::kernel_table;
@@ -32,27 +32,10 @@ void product(const char* name, D kernel_table::*kernel, const char* ta, const ch
              const C* alpha, const A* a, const idx* lda, const C* b, const idx* ldb, const C* beta, C* c,
              const idx* ldc) {
     entry e(name);
-    auto op_ok = [](const char* f) {
-        return f && (ork_serv_lsame(f, "N", 1, 1) || ork_serv_lsame(f, "T", 1, 1) || ork_serv_lsame(f, "C", 1, 1));
-    };
-    if (!op_ok(ta)) return (void)e.fail(1);
-    if (!op_ok(tb)) return (void)e.fail(2);
-    if (!m || *m < 0) return (void)e.fail(3);
-    if (!n || *n < 0) return (void)e.fail(4);
-    if (!k || *k < 0) return (void)e.fail(5);
+    if (!ork::core::gemm_args_ok(e, ta, tb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc)) return;
     const idx M = *m, N = *n, Kd = *k;
-    const bool na = ork_serv_lsame(ta, "N", 1, 1), nb = ork_serv_lsame(tb, "N", 1, 1);
-    const idx rows_a = na ? M : Kd, rows_b = nb ? Kd : N;
-    const bool any = M > 0 && N > 0;
-    if (!alpha) return (void)e.fail(6);
-    if (!a && any && Kd > 0) return (void)e.fail(7);
-    if (!lda || *lda < (rows_a > 1 ? rows_a : 1)) return (void)e.fail(8);
-    if (!b && any && Kd > 0) return (void)e.fail(9);
-    if (!ldb || *ldb < (rows_b > 1 ? rows_b : 1)) return (void)e.fail(10);
-    if (!beta) return (void)e.fail(11);
-    if (!c && any) return (void)e.fail(12);
-    if (!ldc || *ldc < (M > 1 ? M : 1)) return (void)e.fail(13);
-    if (!any) return;
+    if (M == 0 || N == 0) return;
+    const bool nb = ork_serv_lsame(tb, "N", 1, 1);
 
     const D driver = K().*kernel;
     const int threads = ork::core::max_threads();

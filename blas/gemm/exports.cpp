@@ -3,20 +3,11 @@
 // by-address arguments and forwards to a template of blas/gemm/.
 #include "blas/gemm/pieces.h"
 #include "ork/gemm_kernels.h"
-#include "frame/vector.h"
 
 using namespace ork;
 using namespace ork::gemm;
 
 namespace {
-
-// op letter of a flag: real types read anything but N as T; complex types
-// tell C (conjugate transpose) from T.
-template <class T> char trans_of(const char* f) {
-    const char t = flag(f);
-    if (t == 'N') return 'N';
-    return is_complex<T> && t == 'C' ? 'C' : 'T';
-}
 
 // The processor test of the real drivers: AMD family-10h parts of the
 // baseline generation take the alternative engine.

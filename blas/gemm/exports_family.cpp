@@ -6,21 +6,12 @@
 #include "blas/gemm/gemm3m.h"
 #include "blas/gemm/htn.h"
 #include "blas/gemm/mixed.h"
-#include "frame/vector.h"
 #include "ork/gemm_kernels.h"
 
 using namespace ork;
 using namespace ork::gemm;
 
 namespace {
-
-// op letter of a flag: real types read anything but N as T; complex types
-// tell C (conjugate transpose) from T.
-template <class T> char trans_of(const char* f) {
-    const char t = flag(f);
-    if (t == 'N') return 'N';
-    return is_complex<T> && t == 'C' ? 'C' : 'T';
-}
 
 }  // namespace
 
@@ -83,11 +74,11 @@ ORK_BLK_INFO(zgemm_blk_info_htn, cx<double>, htn_engine<cx<double>>)
 #define ORK_PIECE_ROWS(name, T, C, E) \
     ORK_API void ork_blas_##name(const char* ta, const char* tb, const ork_int* m, const ork_int* n, const ork_int* k, const C* alpha, const C* a, const ork_int* lda, const C* b, const ork_int* ldb, C* c, const ork_int* ldc) { accumulate_rows_outer<T, E>(trans_of<T>(ta), trans_of<T>(tb), *m, *n, *k, *as_elem(alpha), as_elem(a), *lda, as_elem(b), *ldb, as_elem(c), *ldc); }
 #define ORK_PIECE_B(name, T, C, E) \
-    ORK_API void ork_blas_##name(const char* ta, const ork_int* m, const ork_int* kk, const ork_int* w, const C* alpha, const C* a, const ork_int* lda, const C* pb, C* c, const ork_int* ldc) { b_packed_in<T, E>(trans_of<T>(ta), *m, *kk, *w, *as_elem(alpha), as_elem(a), *lda, as_elem(pb), as_elem(c), *ldc); }
+    ORK_API void ork_blas_##name(const char* ta, const ork_int* m, const ork_int* kk, const ork_int* w, const C* alpha, const C* a, const ork_int* lda, const C* pb, C* c, const ork_int* ldc) { b_packed<T, E>(trans_of<T>(ta), *m, *kk, *w, *as_elem(alpha), as_elem(a), *lda, as_elem(pb), as_elem(c), *ldc); }
 #define ORK_PIECE_AB(name, T, C) \
     ORK_API void ork_blas_##name(const ork_int* h, const ork_int* w, const ork_int* kkr, const C* pa, const C* pb, C* c, const ork_int* ldc) { ab_packed(*h, *w, *kkr, as_elem(pa), as_elem(pb), as_elem(c), *ldc); }
 #define ORK_PIECE_A(name, T, C, E) \
-    ORK_API void ork_blas_##name(const char* tb, const ork_int* kk, const ork_int* n, const ork_int* h, const C* pa, const C* b, const ork_int* ldb, C* c, const ork_int* ldc) { a_packed_in<T, E>(trans_of<T>(tb), *kk, *n, *h, as_elem(pa), as_elem(b), *ldb, as_elem(c), *ldc); }
+    ORK_API void ork_blas_##name(const char* tb, const ork_int* kk, const ork_int* n, const ork_int* h, const C* pa, const C* b, const ork_int* ldb, C* c, const ork_int* ldc) { a_packed<T, E>(trans_of<T>(tb), *kk, *n, *h, as_elem(pa), as_elem(b), *ldb, as_elem(c), *ldc); }
 
 #define ORK_BRC_PIECES(x, T) \
     ORK_PIECE_COLS(x##_0, T, T, brc_engine<T>) \

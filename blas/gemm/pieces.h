@@ -25,12 +25,12 @@ workspace<T> take_for_depth(idx rows, idx cols, idx kk) {
 }
 
 // Rows of one depth block against a B panel already packed (kk x w, w a
-// multiple of q): op(A) rows are packed here, block by block. Rows beyond
-// the last whole group are not touched.
-template <class T>
+// multiple of q): op(A) rows are packed here in the row blocks of engine E.
+// Rows beyond the last whole group are not touched.
+template <class T, class E = engine<T>>
 void b_packed(char ta, idx m, idx kk, idx w, T alpha, const T* a, idx lda, const T* pb, T* c, idx ldc) {
     if (m < shape<T>::ra || w < 1 || kk < 1) return;
-    const idx mb = engine<T>::mb(m, w, kk);
+    const idx mb = E::mb(m, w, kk);
     workspace<T> ws = take_for_depth<T>(m < mb ? m : mb, 0, kk);
     rows_against_panel(ta, m - m % shape<T>::ra, kk, w, mb, alpha, a, lda, pb, c, ldc, ws.a, ws.scratch);
     release(ws);
@@ -46,13 +46,13 @@ void ab_packed(idx h, idx w, idx kkr, const T* pa, const T* pb, T* c, idx ldc) {
 }
 
 // A block already packed (h rows, depth kk): op(B)(0 .. kk-1, 0 .. n'-1) is
-// packed here column block by column block. The last n mod q columns are
-// not touched.
-template <class T>
+// packed here in the column blocks of engine E. The last n mod q columns
+// are not touched.
+template <class T, class E = engine<T>>
 void a_packed(char tb, idx kk, idx n, idx h, const T* pa, const T* b, idx ldb, T* c, idx ldc) {
     const idx np = n - n % shape<T>::q, kkr = round_up4(kk);
     if (h < 1 || np < 1 || kk < 1) return;
-    const idx nb = engine<T>::nb(np);
+    const idx nb = E::nb(np);
     workspace<T> ws = take_for_depth<T>(0, nb, kk);
     for (idx j0 = 0; j0 < np; j0 += nb) {
         const idx w = np - j0 < nb ? np - j0 : nb;
@@ -62,27 +62,32 @@ void a_packed(char tb, idx kk, idx n, idx h, const T* pa, const T* b, idx ldb, T
     release(ws);
 }
 
-// The AMD family-10h blocking: the plan of the main engine with depth
-// blocks of 256 and row blocks of 256, which suit its 64 KiB L1 and 512 KiB
-// L2 better.
-template <class T> struct brc_engine : engine<T> {
-    static constexpr idx kbb = 256, mbb = 256;
-    static idx mb(idx, idx, idx) { return mbb - mbb % shape<T>::ra; }
+// The plan of the main engine with fixed depth blocks of KB and row blocks
+// of MB (whole packed groups), and a workspace of one packed A block, the
+// kernel's scratch and one packed B block, each on pages of its own.
+template <class T, idx KB, idx MB> struct fixed_engine : engine<T> {
+    static constexpr idx kb = KB;
+    static idx mb(idx, idx, idx) { return MB - MB % shape<T>::ra; }
     template <class F> static void depth_blocks(idx k, F f) {
-        for (idx k0 = 0; k0 < k; k0 += kbb) f(k0, k - k0 < kbb ? k - k0 : kbb);
+        for (idx k0 = 0; k0 < k; k0 += KB) f(k0, k - k0 < KB ? k - k0 : KB);
     }
     static workspace<T> take(idx, idx n, idx) {
         const std::size_t NB = std::size_t(engine<T>::nb(n)), es = sizeof(T);
         workspace<T> w;
-        char* p = static_cast<char*>(ork_serv_allocate(kbb * 192 + kbb * mbb * es + kbb * NB * es + 3 * 4096, 128));
+        char* p = static_cast<char*>(ork_serv_allocate(KB * 192 + KB * MB * es + KB * NB * es + 3 * 4096, 128));
+        if (!p) return w;
         w.block = p;
         char* a = page_after(p);
-        char* scratch = page_after(a + kbb * mbb * es);
+        char* scratch = page_after(a + KB * MB * es);
         w.a = reinterpret_cast<T*>(a);
         w.scratch = scratch;
-        w.b = reinterpret_cast<T*>(page_after(scratch + kbb * 192));
+        w.b = reinterpret_cast<T*>(page_after(scratch + KB * 192));
         return w;
     }
 };
+
+// The AMD family-10h blocking: depth and row blocks of 256, which suit its
+// 64 KiB L1 and 512 KiB L2 better.
+template <class T> using brc_engine = fixed_engine<T, 256, 256>;
 
 }  // namespace ork::gemm

@@ -11,6 +11,7 @@
 #pragma once
 
 #include "frame/types.h"
+#include "frame/vector.h"
 
 namespace ork::gemm {
 
@@ -48,6 +49,14 @@ void for_each_panel(idx w, F f) {
             f(c0, idx(pw[k]));
             c0 += pw[k];
         }
+}
+
+// op letter of a flag: real types read anything but N as T; complex types
+// tell C (conjugate transpose) from T.
+template <class T> char trans_of(const char* f) {
+    const char t = flag(f);
+    if (t == 'N') return 'N';
+    return is_complex<T> && t == 'C' ? 'C' : 'T';
 }
 
 // op(X)(i, j) for a column-major X with leading dimension ld: 'N' plain,
