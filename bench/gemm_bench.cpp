@@ -86,7 +86,7 @@ double flops(const shape& s, bool complex) {
 
 // ---- the matrices, one set per element type and shared by both libraries:
 // 64-byte aligned, touched before any timing, A and B uniform in [-1, 1)
-// (both parts for complex) from a fixed seed. Splitmix64 rather than the
+// (both parts for complex) from a fixed starting state. Splitmix64 rather than the
 // standard engines: 50 million values are drawn at every start.
 struct free_deleter {
     void operator()(void* p) const { std::free(p); }
@@ -131,8 +131,8 @@ std::unique_ptr<T[], free_deleter> make_matrix(std::size_t n, splitmix64* gen) {
 template <class T> operands<T> data;
 
 template <class T>
-void make_operands(std::uint64_t seed) {
-    splitmix64 gen{seed};
+void make_operands(std::uint64_t start) {
+    splitmix64 gen{start};
     data<T>.a = make_matrix<T>(max_elements, &gen);
     data<T>.b = make_matrix<T>(max_elements, &gen);
     data<T>.c = make_matrix<T>(max_elements, nullptr);

@@ -30,7 +30,7 @@ constexpr std::int64_t sizes[] = {1000, 100000, 10000000};
 constexpr std::int64_t max_n = 10000000;
 
 // ---- the vectors, shared by every benchmark: 64-byte aligned, touched
-// before any timing, uniform in [-1, 1) from a fixed seed.
+// before any timing, uniform in [-1, 1) from a fixed starting state.
 struct free_deleter {
     void operator()(double* p) const { std::free(p); }
 };
