@@ -30,6 +30,7 @@
 #include <utility>
 #include <vector>
 
+#include "bench/openblas_peer.h"
 #include "ork/ork.h"
 
 namespace {
@@ -143,20 +144,11 @@ template <class T>
 using ob_gemm_fn = void (*)(const char*, const char*, const int*, const int*, const int*, const T*, const T*,
                             const int*, const T*, const int*, const T*, T*, const int*);
 
-struct openblas_api {
-    using threads_fn = void (*)(int);
-    using text_fn = char* (*)();
-
-    void* handle = nullptr;
+struct openblas_api : ork_bench::openblas_peer {
     ob_gemm_fn<float> sgemm = nullptr;
     ob_gemm_fn<double> dgemm = nullptr;
     ob_gemm_fn<ork_complex8> cgemm = nullptr;
     ob_gemm_fn<ork_complex16> zgemm = nullptr;
-    threads_fn set_num_threads = nullptr;
-    text_fn get_config = nullptr;    // optional
-    text_fn get_corename = nullptr;  // optional
-    std::string path;
-    std::string why_not;  // empty when loaded
 
     template <class T> ob_gemm_fn<T> gemm() const {
         if constexpr (std::is_same_v<T, float>) return sgemm;
@@ -167,38 +159,11 @@ struct openblas_api {
 };
 openblas_api ob;
 
-template <class F>
-bool bind(void* handle, const char* name, F& f) {
-    f = reinterpret_cast<F>(dlsym(handle, name));
-    return f != nullptr;
-}
-
 void load_openblas() {
-    std::string candidates[2];
-    int count = 0;
-    if (const char* env = std::getenv("ORK_BENCH_OPENBLAS"); env && *env) {
-        candidates[count++] = env;  // that file and no other
-    } else {
-        candidates[count++] = "/usr/lib/x86_64-linux-gnu/openblas-pthread/libopenblas.so.0";
-        candidates[count++] = "libopenblas.so.0";
-    }
-    for (int i = 0; i < count && !ob.handle; ++i) {
-        // RTLD_LOCAL: its Fortran names stay out of the global scope.
-        if ((ob.handle = dlopen(candidates[i].c_str(), RTLD_NOW | RTLD_LOCAL))) ob.path = candidates[i];
-        else ob.why_not = dlerror();
-    }
-    if (!ob.handle) return;
-    if (!bind(ob.handle, "sgemm_", ob.sgemm) || !bind(ob.handle, "dgemm_", ob.dgemm) ||
-        !bind(ob.handle, "cgemm_", ob.cgemm) || !bind(ob.handle, "zgemm_", ob.zgemm) ||
-        !bind(ob.handle, "openblas_set_num_threads", ob.set_num_threads)) {
-        ob.why_not = ob.path + " lacks a needed symbol";
-        dlclose(ob.handle);
-        ob.handle = nullptr;
-        return;
-    }
-    bind(ob.handle, "openblas_get_config", ob.get_config);
-    bind(ob.handle, "openblas_get_corename", ob.get_corename);
-    ob.why_not.clear();
+    ob.open(ob, [](openblas_api& o) {
+        return o.bind("sgemm_", o.sgemm) && o.bind("dgemm_", o.dgemm) && o.bind("cgemm_", o.cgemm) &&
+               o.bind("zgemm_", o.zgemm);
+    });
 }
 
 // ---- one call of either library: C := A*B, alpha = 1, beta = 0.

@@ -22,6 +22,7 @@
 #include <thread>
 #include <vector>
 
+#include "bench/openblas_peer.h"
 #include "ork/ork.h"
 
 namespace {
@@ -50,59 +51,24 @@ buffer make_vector(std::int64_t n, std::mt19937_64& gen) {
 buffer vx, vy;
 
 // ---- OpenBLAS through its Fortran entries: 32-bit integers by address.
-struct openblas_api {
+struct openblas_api : ork_bench::openblas_peer {
     using dot_fn = double (*)(const int*, const double*, const int*, const double*, const int*);
     using axpy_fn = void (*)(const int*, const double*, const double*, const int*, double*, const int*);
     using nrm2_fn = double (*)(const int*, const double*, const int*);
     using iamax_fn = int (*)(const int*, const double*, const int*);
-    using threads_fn = void (*)(int);
-    using text_fn = char* (*)();
 
-    void* handle = nullptr;
     dot_fn ddot = nullptr;
     axpy_fn daxpy = nullptr;
     nrm2_fn dnrm2 = nullptr;
     iamax_fn idamax = nullptr;
-    threads_fn set_num_threads = nullptr;
-    text_fn get_config = nullptr;  // optional
-    text_fn get_corename = nullptr;  // optional
-    std::string path;
-    std::string why_not;  // empty when loaded
 };
 openblas_api ob;
 
-template <class F>
-bool bind(void* handle, const char* name, F& f) {
-    f = reinterpret_cast<F>(dlsym(handle, name));
-    return f != nullptr;
-}
-
 void load_openblas() {
-    std::string candidates[2];
-    int count = 0;
-    if (const char* env = std::getenv("ORK_BENCH_OPENBLAS"); env && *env) {
-        candidates[count++] = env;  // that file and no other
-    } else {
-        candidates[count++] = "/usr/lib/x86_64-linux-gnu/openblas-pthread/libopenblas.so.0";
-        candidates[count++] = "libopenblas.so.0";
-    }
-    for (int i = 0; i < count && !ob.handle; ++i) {
-        // RTLD_LOCAL: its Fortran names stay out of the global scope.
-        if ((ob.handle = dlopen(candidates[i].c_str(), RTLD_NOW | RTLD_LOCAL))) ob.path = candidates[i];
-        else ob.why_not = dlerror();
-    }
-    if (!ob.handle) return;
-    if (!bind(ob.handle, "ddot_", ob.ddot) || !bind(ob.handle, "daxpy_", ob.daxpy) ||
-        !bind(ob.handle, "dnrm2_", ob.dnrm2) || !bind(ob.handle, "idamax_", ob.idamax) ||
-        !bind(ob.handle, "openblas_set_num_threads", ob.set_num_threads)) {
-        ob.why_not = ob.path + " lacks a needed symbol";
-        dlclose(ob.handle);
-        ob.handle = nullptr;
-        return;
-    }
-    bind(ob.handle, "openblas_get_config", ob.get_config);
-    bind(ob.handle, "openblas_get_corename", ob.get_corename);
-    ob.why_not.clear();
+    ob.open(ob, [](openblas_api& o) {
+        return o.bind("ddot_", o.ddot) && o.bind("daxpy_", o.daxpy) && o.bind("dnrm2_", o.dnrm2) &&
+               o.bind("idamax_", o.idamax);
+    });
 }
 
 // ---- thread pools. A pool that spins after its last parallel call takes a

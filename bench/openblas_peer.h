@@ -1,0 +1,62 @@
+// Debian's OpenBLAS, loaded at run time as the peer the benchmarks measure
+// ork against, through its Fortran entries (32-bit integers by address).
+#pragma once
+
+#include <dlfcn.h>
+
+#include <cstdlib>
+#include <string>
+
+namespace ork_bench {
+
+struct openblas_peer {
+    using threads_fn = void (*)(int);
+    using text_fn = char* (*)();
+
+    void* handle = nullptr;
+    threads_fn set_num_threads = nullptr;
+    text_fn get_config = nullptr;    // optional
+    text_fn get_corename = nullptr;  // optional
+    std::string path;
+    std::string why_not;  // empty when loaded
+
+    template <class F>
+    bool bind(const char* name, F& f) {
+        f = reinterpret_cast<F>(dlsym(handle, name));
+        return f != nullptr;
+    }
+
+    // Opens the file ORK_BENCH_OPENBLAS names if it is set, else the Debian
+    // pthread build, else libopenblas.so.0 on the loader's path; then
+    // bind_routines(*this) binds what the benchmark needs and answers
+    // whether it found all of it. Without the library, handle stays null and
+    // why_not says why.
+    template <class Self, class B>
+    void open(Self& self, B bind_routines) {
+        std::string candidates[2];
+        int count = 0;
+        if (const char* env = std::getenv("ORK_BENCH_OPENBLAS"); env && *env) {
+            candidates[count++] = env;  // that file and no other
+        } else {
+            candidates[count++] = "/usr/lib/x86_64-linux-gnu/openblas-pthread/libopenblas.so.0";
+            candidates[count++] = "libopenblas.so.0";
+        }
+        for (int i = 0; i < count && !handle; ++i) {
+            // RTLD_LOCAL: its Fortran names stay out of the global scope.
+            if ((handle = dlopen(candidates[i].c_str(), RTLD_NOW | RTLD_LOCAL))) path = candidates[i];
+            else why_not = dlerror();
+        }
+        if (!handle) return;
+        if (!bind_routines(self) || !bind("openblas_set_num_threads", set_num_threads)) {
+            why_not = path + " lacks a needed symbol";
+            dlclose(handle);
+            handle = nullptr;
+            return;
+        }
+        bind("openblas_get_config", get_config);
+        bind("openblas_get_corename", get_corename);
+        why_not.clear();
+    }
+};
+
+}  // namespace ork_bench
