@@ -191,8 +191,9 @@ struct product {
 
 // Sums in R: long double for random data (with the magnitudes), double for
 // small integers, where it is exact and vectorises. C is not read for beta = 0.
-template <class R, class T>
-product reference(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, idx lda, const T* b, idx ldb, T beta,
+// A may be real under a complex T (the mixed products).
+template <class R, class TA, class T>
+product reference(char ta, char tb, idx m, idx n, idx k, T alpha, const TA* a, idx lda, const T* b, idx ldb, T beta,
                   const T* c, idx ldc) {
     constexpr bool cxt = is_cx<T>, with_mag = std::is_same_v<R, long double>;
     const std::size_t M = std::size_t(m), N = std::size_t(n), K = std::size_t(k);
@@ -255,11 +256,11 @@ product reference(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, id
 
 // The m x n block of C against the reference: exactly for integer data, else
 // within 2(k+8)eps (4(k+8)eps complex) of the magnitudes; rows, cols >= 0
-// restrict the check to the leading rows x cols.
+// restrict the check to the leading rows x cols; a factor > 0 replaces 2(k+8)eps.
 template <class T>
 ::testing::AssertionResult matches(const gmat<T>& c, const product& want, idx k, bool exact, idx rows = -1,
-                                   idx cols = -1) {
-    const long double f = (is_cx<T> ? 4.0L : 2.0L) * (long double)(k + 8) * eps<T>;
+                                   idx cols = -1, long double factor = 0) {
+    const long double f = factor > 0 ? factor : (is_cx<T> ? 4.0L : 2.0L) * (long double)(k + 8) * eps<T>;
     const idx m = rows < 0 ? want.m : rows, n = cols < 0 ? want.n : cols;
     for (idx j = 0; j < n; ++j)
         for (idx i = 0; i < m; ++i) {

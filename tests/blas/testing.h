@@ -1,7 +1,8 @@
 // Shared by the BLAS and core tests: the four element types, their arithmetic
 // written out in the element's own precision (to predict elementwise results
-// bit for bit), long double oracles, guarded strided vectors, and both paths
-// to a routine (libork's checked entry and the kernel library's own code).
+// bit for bit), long double oracles, guarded strided vectors, both paths to
+// a routine (libork's checked entry and the kernel library's own code), and
+// the error handler's reports.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -71,8 +72,8 @@ template <class T> LC ld(T a) {
     if constexpr (is_cx<T>) return {a.re, a.im};
     else return {a, 0};
 }
-template <class T> long double mag1(T a) { return std::fabs(ld(a).real()) + std::fabs(ld(a).imag()); }
 inline long double mag1(LC a) { return std::fabs(a.real()) + std::fabs(a.imag()); }
+template <class T> long double mag1(T a) { return mag1(ld(a)); }
 // The same magnitude in the element's own precision, as the index searches compare it.
 template <class T> real_t<T> abs1(T a) {
     if constexpr (is_cx<T>) return std::fabs(a.re) + std::fabs(a.im);
@@ -124,26 +125,25 @@ template <class T> struct gvec {
     T& at(idx i) { return buf[pos(i)]; }
 };
 
+template <class F> F kernel_symbol(const char* name) {
+    if (void* p = ork_kernel_symbol(name)) return reinterpret_cast<F>(p);
+    throw std::runtime_error(std::string("the kernel library lacks ") + name);
+}
+
 // A routine of libork with its name; kernel() finds the kernel library's own
 // code for it: the x main entry where there is one, else the same name.
 template <class F> struct routine {
     F lib;
     const char* name;
     F kernel() const {
-        for (const char* prefix : {"ork_blas_x", "ork_blas_"})
-            if (void* p = ork_kernel_symbol((std::string(prefix) + name).c_str())) return reinterpret_cast<F>(p);
-        throw std::runtime_error(std::string("the kernel library lacks ") + name);
+        const std::string x = std::string("ork_blas_x") + name;
+        return kernel_symbol<F>(ork_kernel_symbol(x.c_str()) ? x.c_str() : (std::string("ork_blas_") + name).c_str());
     }
     std::vector<std::pair<std::string, F>> paths() const {
         return {{std::string("libork ") + name, lib}, {std::string("kernel ") + name, kernel()}};
     }
 };
 #define OT_R(f) routine<decltype(&ork_blas_##f)>{&ork_blas_##f, #f}
-
-template <class F> F kernel_symbol(const char* name) {
-    if (void* p = ork_kernel_symbol(name)) return reinterpret_cast<F>(p);
-    throw std::runtime_error(std::string("the kernel library lacks ") + name);
-}
 
 // The routines of each element type. For reals, dotc is dot, crot is rot,
 // dotci is doti and rscal is scal.
@@ -166,6 +166,25 @@ OT_API(d, double, ddot, ddot, dasum, dnrm2, drot, drot, ddoti, ddoti, dscal)
 OT_API(c, ork_complex8, cdotu, cdotc, scasum, scnrm2, csrot, crot, cdotui, cdotci, csscal)
 OT_API(z, ork_complex16, zdotu, zdotc, dzasum, dznrm2, zdrot, zrot, zdotui, zdotci, zdscal)
 #undef OT_API
+
+// Collects the error handler's reports while in scope; on leaving, puts the
+// previous handler back, which must find its own still installed.
+struct error_reports {
+    static inline std::vector<std::pair<std::string, int>> seen;
+    static void capture(const char* routine, int position) { seen.emplace_back(routine, position); }
+    const ork_error_handler previous = ork_set_error_handler(&capture);
+    error_reports() { seen.clear(); }
+    ~error_reports() { EXPECT_EQ(ork_set_error_handler(previous), &capture); }
+    // Exactly one report, of routine at position; none for position 0.
+    static ::testing::AssertionResult one(const std::string& routine, int position) {
+        if (position == 0 && seen.empty()) return ::testing::AssertionSuccess();
+        if (position != 0 && seen.size() == 1 && seen[0] == std::make_pair(routine, position))
+            return ::testing::AssertionSuccess();
+        auto r = ::testing::AssertionFailure() << seen.size() << " reports, want " << (position ? 1 : 0);
+        if (!seen.empty()) r << "; first " << seen[0].first << " at " << seen[0].second;
+        return r;
+    }
+};
 
 // Sets the number of threads for one scope; back to the default after.
 struct threads_scope {

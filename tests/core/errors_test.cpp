@@ -1,41 +1,23 @@
 // Argument errors of libork's checked entries: the 1-based position of the
 // first bad argument reaches the handler and ork_last_error(), and nothing is
 // computed or written.
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cmath>
-#include <string>
 #include <thread>
-#include <vector>
 
-#include "ork/ork.h"
+#include "testing.h"
 
 namespace {
 
-struct report {
-    std::string routine;
-    int position;
-};
-std::vector<report> reports;
-void capture(const char* routine, int position) { reports.push_back({routine, position}); }
+using ot::error_reports;
 
 class ArgumentErrors : public ::testing::Test {
 protected:
-    void SetUp() override {
-        previous = ork_set_error_handler(&capture);
-        reports.clear();
-    }
-    void TearDown() override { EXPECT_EQ(ork_set_error_handler(previous), &capture); }
-    ork_error_handler previous = nullptr;
+    error_reports reports;
 
     // Runs call(); it must report exactly `position` for `routine`.
     template <class F> void expect_error(const char* routine, int position, F call) {
-        reports.clear();
+        reports.seen.clear();
         call();
-        ASSERT_EQ(reports.size(), 1u) << routine << " position " << position;
-        EXPECT_EQ(reports[0].routine, routine);
-        EXPECT_EQ(reports[0].position, position);
+        EXPECT_TRUE(reports.one(routine, position)) << routine << " position " << position;
         EXPECT_EQ(ork_last_error(), position);
         EXPECT_STREQ(ork_last_error_routine(), routine);
     }
@@ -60,12 +42,12 @@ TEST_F(ArgumentErrors, Dgemv) {
         EXPECT_TRUE(std::isnan(y[0]) && y[1] == 7 && y[2] == 8 && y[3] == 9) << c.position;
     }
     // a good call clears the record
-    reports.clear();
+    reports.seen.clear();
     double y[3] = {0, 0, 0};
     const ork_int m = 3, n = 2, lda = 3, one = 1;
     ork_blas_dgemv("N", &m, &n, &alpha, a, &lda, x, &one, &beta, y, &one);
     EXPECT_EQ(ork_last_error(), 0);
-    EXPECT_TRUE(reports.empty());
+    EXPECT_TRUE(reports.seen.empty());
 }
 
 TEST_F(ArgumentErrors, DsyrAndLevel1) {
@@ -90,9 +72,9 @@ TEST_F(ArgumentErrors, DsyrAndLevel1) {
     expect_error("ork_blas_ddot", 4, [&] { EXPECT_EQ(ork_blas_ddot(&n, x, &one, nullptr, &one), 0.0); });
     EXPECT_TRUE(y[0] == 4 && y[1] == 5 && y[2] == 6);
     // vectors are not needed when n <= 0
-    reports.clear();
+    reports.seen.clear();
     ork_blas_daxpy(&zero, &alpha, nullptr, &one, nullptr, &one);
-    EXPECT_TRUE(reports.empty());
+    EXPECT_TRUE(reports.seen.empty());
     EXPECT_EQ(ork_last_error(), 0);
 }
 
@@ -108,7 +90,7 @@ TEST_F(ArgumentErrors, RecordPerThreadAndHandlers) {
     EXPECT_EQ(other, 0);
     EXPECT_EQ(ork_last_error(), 3);
 
-    ork_set_error_handler(previous);  // the default, as the fixture found it
+    ork_set_error_handler(reports.previous);  // the default, as the fixture found it
     ::testing::internal::CaptureStderr();
     ork_blas_daxpy(&n, &alpha, nullptr, &one, y, &one);
     EXPECT_EQ(::testing::internal::GetCapturedStderr(),
@@ -118,7 +100,7 @@ TEST_F(ArgumentErrors, RecordPerThreadAndHandlers) {
     ork_blas_daxpy(&n, &alpha, nullptr, &one, y, &one);
     EXPECT_EQ(::testing::internal::GetCapturedStderr(), "");
     EXPECT_EQ(ork_last_error(), 3);
-    ork_set_error_handler(&capture);
+    ork_set_error_handler(&error_reports::capture);
 }
 
 }  // namespace

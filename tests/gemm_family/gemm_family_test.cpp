@@ -2,66 +2,45 @@
 // drivers and packers, the real-times-complex drivers and their blocks, the
 // family-10h and htn packers and pieces; libork's entries for thread-count
 // independence and argument errors.
-#include "blas/gemm/shape.h"  // group and panel sizes of the packed layouts
-#include "ork/gemm_kernels.h"
-#include "testing.h"
+#include <cstdint>
+
+#include "gemm_testing.h"
 
 using namespace ot;
 
 namespace {
 
-#define KS(f) kernel_symbol<decltype(&f)>(#f)
 template <class F> F ks(const std::string& name) { return kernel_symbol<F>(name.c_str()); }
-template <class T> using kshape = ork::gemm::shape<ork::elem_t<T>>;
 using ci = const ork_int*;
 
-// Column-major, three padding rows and one spare column, every slot random:
-// a write outside the operand changes a known value.
-template <class T> struct mat {
-    idx rows, cols, ld;
-    std::vector<T> v;
-    mat(idx r, idx c, std::mt19937_64& g) : rows(r), cols(c), ld(r + 3), v(std::size_t(ld * (c + 1))) {
-        for (T& x : v) x = rnd<T>(g);
-    }
-    T* p() { return v.data(); }
-    T& at(idx i, idx j) { return v[std::size_t(i + j * ld)]; }
-    const T& at(idx i, idx j) const { return v[std::size_t(i + j * ld)]; }
-};
-template <class T> T opx(char t, const mat<T>& x, idx i, idx j) {
-    return t == 'N' ? x.at(i, j) : t == 'C' ? conj(x.at(j, i)) : x.at(j, i);
+// Column-major, three padding rows, every slot (guards too) random: a write
+// outside the operand changes a known value.
+template <class T> gmat<T> mat(idx r, idx c, std::mt19937_64& g) {
+    gmat<T> x(r, c, r + 3, 0, make<T>(0));
+    for (std::size_t s = 0; s < x.buf.size(); ++s) x.buf[s] = rnd<T>(g);
+    return x;
 }
 template <class T> bool is(T v, double x) { return ld(v) == LC(x); }
 
-// C (C0 before) against alpha*op(A)*op(B) + beta*C0 over m x n: bit for bit
-// beta*C0 where no product is formed (alpha = 0 or k = 0), within rounding
-// otherwise (C0 not read for beta = 0); every other slot of C unchanged.
+// C (c0: its slots before) against alpha*op(A)*op(B) + beta*C0 over m x n:
+// bit for bit beta*C0 where no product is formed (alpha = 0 or k = 0), else
+// within 16 eps of the magnitudes (C0 not read for beta = 0); every other
+// slot of C unchanged.
 template <class TA, class T>
-::testing::AssertionResult check_product(char ta, char tb, idx m, idx n, idx k, T alpha, const mat<TA>& A,
-                                         const mat<T>& B, T beta, const mat<T>& C0, const mat<T>& C) {
-    std::vector<char> inside(C.v.size(), 0);
+::testing::AssertionResult check_product(char ta, char tb, idx m, idx n, idx k, T alpha, const gmat<TA>& A,
+                                         const gmat<T>& B, T beta, const std::vector<T>& c0, const gmat<T>& C) {
+    if (auto r = guards_kept(C, c0, m, n); !r) return r;
+    const T* C0 = c0.data() + 4;
+    if (!is(alpha, 0) && k != 0)
+        return matches(C, reference<long double>(ta, tb, m, n, k, alpha, A.p(), A.ld, B.p(), B.ld, beta, C0, C.ld),
+                       k, false, -1, -1, 16 * eps<T>);
     for (idx j = 0; j < n; ++j)
         for (idx i = 0; i < m; ++i) {
-            inside[std::size_t(i + j * C.ld)] = 1;
-            const T c0 = C0.at(i, j), got = C.at(i, j);
-            if (is(alpha, 0) || k == 0) {
-                const T want = is(beta, 0) ? make<T>(0) : is(beta, 1) ? c0 : mul(beta, c0);
-                if (!same(got, want)) return ::testing::AssertionFailure() << "(" << i << ", " << j << ") not beta*C";
-                continue;
-            }
-            long double sr = 0, si = 0, mags = 0;
-            for (idx l = 0; l < k; ++l) {
-                const LC x = ld(opx(ta, A, i, l)), y = ld(opx(tb, B, l, j));
-                sr += x.real() * y.real() - x.imag() * y.imag();
-                si += x.real() * y.imag() + x.imag() * y.real();
-                mags += mag1(x) * mag1(y);
-            }
-            const bool c_in = !is(beta, 0);
-            const LC want = ld(alpha) * LC(sr, si) + (c_in ? ld(beta) * ld(c0) : LC(0));
-            const long double tol = 16 * eps<T> * (mag1(alpha) * mags + (c_in ? mag1(beta) * mag1(c0) : 0));
-            if (auto r = near(got, want, tol); !r) return r << " at (" << i << ", " << j << ")";
+            const T x = C0[i + j * C.ld];
+            const T want = is(beta, 0) ? make<T>(0) : is(beta, 1) ? x : mul(beta, x);
+            if (!same(C.at(i, j), want))
+                return ::testing::AssertionFailure() << "(" << i << ", " << j << ") not beta*C";
         }
-    for (std::size_t s = 0; s < C.v.size(); ++s)
-        if (!inside[s] && !same(C.v[s], C0.v[s])) return ::testing::AssertionFailure() << "slot " << s << " written";
     return ::testing::AssertionSuccess();
 }
 
@@ -76,7 +55,7 @@ std::vector<dims> small_and(std::vector<dims> extra) {
 }
 // general; beta = 0 over NaN; alpha = 0; alpha = 0 and beta = 1; real alpha
 // with beta = 1; general alpha with beta = 1 (the cases of beta-less pieces).
-struct scalars {
+struct scal_case {
     double ar, ai, br, bi;
     bool nan_c;
 } const cases[] = {{0.75, -0.5, -1.25, 0.5, false}, {1.5, 0.25, 0, 0, true}, {0, 0, 0.5, -2, false},
@@ -89,21 +68,20 @@ void products(const char* what, F f, bool has_beta, const char* letters, const s
     for (const dims& d : shapes)
         for (const char* ta = letters; *ta; ++ta)
             for (const char* tb = letters; *tb; ++tb)
-                for (const scalars& s : cases) {
+                for (const scal_case& s : cases) {
                     if ((!has_beta && s.br != 1) || (d.big && &s != &cases[has_beta ? 0 : 5])) continue;
                     SCOPED_TRACE(::testing::Message() << what << " " << *ta << *tb << " m=" << d.m << " n=" << d.n
                                                       << " k=" << d.k << " case " << (&s - cases));
                     const idx m = d.m, n = d.n, k = d.k;
                     const T alpha = make<T>(s.ar, s.ai), beta = make<T>(s.br, s.bi);
-                    mat<TA> A(*ta == 'N' ? m : k, *ta == 'N' ? k : m, g);
-                    mat<T> B(*tb == 'N' ? k : n, *tb == 'N' ? n : k, g), C(m, n, g);
+                    auto A = mat<TA>(*ta == 'N' ? m : k, *ta == 'N' ? k : m, g);
+                    auto B = mat<T>(*tb == 'N' ? k : n, *tb == 'N' ? n : k, g), C = mat<T>(m, n, g);
                     for (idx j = 0; j < n && s.nan_c; ++j)
                         for (idx i = 0; i < m; ++i) C.at(i, j) = make<T>(NAN, NAN);
-                    const auto A0 = A.v, B0 = B.v;
-                    const mat<T> C0 = C;
+                    const auto A0 = A.buf.snapshot(), B0 = B.buf.snapshot(), C0 = C.buf.snapshot();
                     const char fa[2] = {char(*ta | 0x20), 0}, fb[2] = {*tb, 0};  // flags in either case
                     f(fa, fb, &m, &n, &k, &alpha, A.p(), &A.ld, B.p(), &B.ld, &beta, C.p(), &C.ld);
-                    EXPECT_TRUE(same_all(A.v, A0) && same_all(B.v, B0));
+                    EXPECT_TRUE(same_all(A.buf.snapshot(), A0) && same_all(B.buf.snapshot(), B0));
                     EXPECT_TRUE(check_product(*ta, *tb, m, n, k, alpha, A, B, beta, C0, C));
                 }
 }
@@ -114,8 +92,8 @@ template <class F> auto no_beta(F f) {
 
 TEST(GemmFamily, ThreeProductDrivers) {
     const auto shapes = small_and({{197, 262, 3, true}, {9, 8, 130}, {5, 7, 130}});
-    products<ork_complex8, ork_complex8>("xcgemm3m", KS(ork_blas_xcgemm3m), true, "NTC", shapes);
-    products<ork_complex16, ork_complex16>("xzgemm3m", KS(ork_blas_xzgemm3m), true, "NTC", shapes);
+    products<ork_complex8, ork_complex8>("xcgemm3m", OT_KS(xcgemm3m), true, "NTC", shapes);
+    products<ork_complex16, ork_complex16>("xzgemm3m", OT_KS(xzgemm3m), true, "NTC", shapes);
     products<ork_complex8, ork_complex8>("cgemm3m", &ork_blas_cgemm3m, true, "NTC", small_and({}));
     products<ork_complex16, ork_complex16>("zgemm3m", &ork_blas_zgemm3m, true, "NTC", small_and({}));
 }
@@ -123,10 +101,10 @@ TEST(GemmFamily, ThreeProductDrivers) {
 TEST(GemmFamily, MixedDrivers) {
     const auto dz = small_and({{4085, 9, 9, true}, {9, 530, 9, true}, {9, 9, 2050, true}, {16, 19, 8}});
     const auto sc = small_and({{6915, 9, 9, true}, {9, 530, 9, true}, {9, 9, 4100, true}, {16, 19, 8}});
-    products<double, ork_complex16>("xdzgemm", KS(ork_blas_xdzgemm), true, "NTC", dz);
-    products<float, ork_complex8>("xscgemm", KS(ork_blas_xscgemm), true, "NTC", sc);
-    products<double, ork_complex16>("dzgemm_pst", KS(ork_blas_dzgemm_pst), true, "NTC", small_and({}));
-    products<float, ork_complex8>("scgemm_pst", KS(ork_blas_scgemm_pst), true, "NTC", small_and({}));
+    products<double, ork_complex16>("xdzgemm", OT_KS(xdzgemm), true, "NTC", dz);
+    products<float, ork_complex8>("xscgemm", OT_KS(xscgemm), true, "NTC", sc);
+    products<double, ork_complex16>("dzgemm_pst", OT_KS(dzgemm_pst), true, "NTC", small_and({}));
+    products<float, ork_complex8>("scgemm_pst", OT_KS(scgemm_pst), true, "NTC", small_and({}));
     products<double, ork_complex16>("dzgemm", &ork_blas_dzgemm, true, "NTC", small_and({}));
     products<float, ork_complex8>("scgemm", &ork_blas_scgemm, true, "NTC", small_and({}));
 }
@@ -139,37 +117,20 @@ TEST(GemmFamily, FamilyTenAndHtnProducts) {
     for (std::string piece : {"0", "1"})
         products<float, float>("s", no_beta(ks<decltype(&ork_blas_xsgemm_0)>("ork_blas_xsgemm0_brc_" + piece)), false,
                                "NT", brc);
-    products<double, double>("dgemm_pst_brc", KS(ork_blas_dgemm_pst_brc), true, "NT", small_and({}));
-    products<float, float>("sgemm_pst_brc", KS(ork_blas_sgemm_pst_brc), true, "NT", small_and({}));
+    products<double, double>("dgemm_pst_brc", OT_KS(dgemm_pst_brc), true, "NT", small_and({}));
+    products<float, float>("sgemm_pst_brc", OT_KS(sgemm_pst_brc), true, "NT", small_and({}));
     const auto htn = small_and({{390, 6, 194, true}});
-    products<float, float>("s_thr", no_beta(KS(ork_blas_xsgemm_1_thr_htn)), false, "NT", htn);
-    products<double, double>("d_thr", no_beta(KS(ork_blas_xdgemm_1_thr_htn)), false, "NT", htn);
-    products<ork_complex8, ork_complex8>("c_thr", no_beta(KS(ork_blas_xcgemm_1_thr_htn)), false, "NTC", htn);
-    products<ork_complex16, ork_complex16>("z_thr", no_beta(KS(ork_blas_xzgemm_1_thr_htn)), false, "NTC", htn);
+    products<float, float>("s_thr", no_beta(OT_KS(xsgemm_1_thr_htn)), false, "NT", htn);
+    products<double, double>("d_thr", no_beta(OT_KS(xdgemm_1_thr_htn)), false, "NT", htn);
+    products<ork_complex8, ork_complex8>("c_thr", no_beta(OT_KS(xcgemm_1_thr_htn)), false, "NTC", htn);
+    products<ork_complex16, ork_complex16>("z_thr", no_beta(OT_KS(xzgemm_1_thr_htn)), false, "NTC", htn);
 }
 
-// ---- packed layouts, written out independently of the packers: group g
-// of ra rows holds depth j at g*ra*kkr + j*ra; B panels of widths[0] while
-// they fit, then at most one of each narrower width, depth row r of a panel
-// of pw columns at c0 at c0*kkr + pw*r; zeros from depth kk to kkr = 8.
-// `got` has guard slots after the layout.
-template <class X, class F> ::testing::AssertionResult a_layout(const std::vector<X>& got, idx hp, idx ra, F want) {
+// ---- packed operands (guard slots after the layout) against the layouts of
+// packed_a and packed_b, at depth 7 (zeros at depth 7 of kkr = 8), width 20.
+template <class X> ::testing::AssertionResult layout(const std::vector<X>& got, const buffer<X>& want) {
     std::vector<X> w(got.size(), sentinel<X>());
-    for (idx i = 0; i < hp; ++i)
-        for (idx j = 0; j < 8; ++j) w[std::size_t(i / ra * ra * 8 + j * ra + i % ra)] = j < 7 ? want(i, j) : make<X>(0);
-    return same_all(got, w);
-}
-template <class X, class F> ::testing::AssertionResult b_layout(const std::vector<X>& got, const int* widths, F want) {
-    std::vector<X> w(got.size(), sentinel<X>());
-    idx c0 = 0;
-    auto panel = [&](idx pw) {
-        for (idx r = 0; r < 8; ++r)
-            for (idx c = 0; c < pw; ++c) w[std::size_t(c0 * 8 + pw * r + c)] = r < 7 ? want(r, c0 + c) : make<X>(0);
-        c0 += pw;
-    };
-    while (20 - c0 >= widths[0]) panel(widths[0]);
-    for (int i = 1; i < 3; ++i)
-        if (widths[i] < widths[i - 1] && 20 - c0 >= widths[i]) panel(widths[i]);
+    std::copy(want.data(), want.data() + want.size(), w.begin());
     return same_all(got, w);
 }
 constexpr idx kk = 7, kkr = 8, w = 20;  // depth and width of the packed operands below
@@ -178,21 +139,25 @@ constexpr idx kk = 7, kkr = 8, w = 20;  // depth and width of the packed operand
 template <class T> void three_product_packers(const std::string& p) {
     using R = real_t<T>;
     std::mt19937_64 g(72);
-    const idx ra = kshape<R>::ra, h = 3 * ra + 1, hp = h - 1;
+    const idx ra = gk<R>::ra, h = 3 * ra + 1, hp = h - 1;
     const T alpha = make<T>(0.75, -0.5);
     for (char t : {'n', 't', 'c'})
         for (idx part : {0, 1, 2}) {
             SCOPED_TRACE(::testing::Message() << p << " " << t << " part " << part);
             const char u = char(t & ~0x20);
-            mat<T> A(u == 'N' ? h : kk, u == 'N' ? kk : h, g), B(u == 'N' ? kk : w, u == 'N' ? w : kk, g);
+            auto A = mat<T>(u == 'N' ? h : kk, u == 'N' ? kk : h, g);
+            auto B = mat<T>(u == 'N' ? kk : w, u == 'N' ? w : kk, g);
             auto pick = [part](T v) { return part == 0 ? v.re : part == 1 ? v.im : v.re + v.im; };
             std::vector<R> pa(std::size_t(hp * kkr + 8), sentinel<R>()), pb(std::size_t(w * kkr + 8), sentinel<R>());
             using FA = ork_int (*)(ci, ci, const T*, ci, R*, const T*, ci);
             const std::string x = "ork_blas_" + p + "gemm3m_copy";
             EXPECT_EQ(ks<FA>(x + "a" + t)(&h, &kk, A.p(), &A.ld, pa.data(), &alpha, &part), hp);
             ks<void (*)(ci, ci, const T*, ci, R*, ci)>(x + "b" + t)(&kk, &w, B.p(), &B.ld, pb.data(), &part);
-            EXPECT_TRUE(a_layout(pa, hp, ra, [&](idx i, idx j) { return pick(mul(alpha, opx(u, A, i, j))); }));
-            EXPECT_TRUE(b_layout(pb, kshape<R>::widths, [&](idx r, idx c) { return pick(opx(u, B, r, c)); }));
+            EXPECT_TRUE(layout(pa, packed_a<R>(hp, kk, R(1), [&](idx i, idx j) {
+                return pick(mul(alpha, op_at(u, A.p(), A.ld, i, j)));
+            })));
+            EXPECT_TRUE(
+                layout(pb, packed_b<R>(kk, w, [&](idx r, idx c) { return pick(op_at(u, B.p(), B.ld, r, c)); })));
         }
 }
 TEST(GemmFamily, ThreeProductPackers) {
@@ -214,47 +179,49 @@ template <class T> struct sig {
 template <class T> void packed_pieces(const std::string (&pack)[4], const std::string (&piece)[3]) {
     using S = sig<T>;
     std::mt19937_64 g(73);
-    const idx ra = kshape<T>::ra, q = kshape<T>::q, m = 3 * ra + 1, hp = m - m % ra;
+    const idx ra = gk<T>::ra, q = gk<T>::q, m = 3 * ra + 1, hp = m - m % ra;
     const T alpha = make<T>(0.75, -0.5);
     for (char ta : std::string(is_cx<T> ? "NTC" : "NT"))
         for (char tb : std::string(is_cx<T> ? "NTC" : "NT")) {
             SCOPED_TRACE(::testing::Message() << piece[0] << " " << ta << tb);
             const char fa[2] = {ta, 0}, fb[2] = {tb, 0};
-            mat<T> A(ta == 'N' ? m : kk, ta == 'N' ? kk : m, g), B(tb == 'N' ? kk : 5003, tb == 'N' ? 5003 : kk, g);
+            auto A = mat<T>(ta == 'N' ? m : kk, ta == 'N' ? kk : m, g);
+            auto B = mat<T>(tb == 'N' ? kk : 5003, tb == 'N' ? 5003 : kk, g);
             std::vector<T> pa(std::size_t(hp * kkr + 8), sentinel<T>()), pb(std::size_t(w * kkr + 8), sentinel<T>());
             const std::string na = pack[0] + char(ta | 0x20) + pack[1], nb = pack[2] + char(tb | 0x20) + pack[3];
             EXPECT_EQ(ks<typename S::copya>(na)(&m, &kk, A.p(), &A.ld, pa.data(), &alpha), hp);
             ks<typename S::copyb>(nb)(&kk, &w, B.p(), &B.ld, pb.data());
-            EXPECT_TRUE(a_layout(pa, hp, ra, [&](idx i, idx j) { return mul(alpha, opx(ta, A, i, j)); }));
-            EXPECT_TRUE(b_layout(pb, kshape<T>::widths, [&](idx r, idx c) { return opx(tb, B, r, c); }));
+            EXPECT_TRUE(
+                layout(pa, packed_a<T>(hp, kk, alpha, [&](idx i, idx j) { return op_at(ta, A.p(), A.ld, i, j); })));
+            EXPECT_TRUE(layout(pb, packed_b<T>(kk, w, [&](idx r, idx c) { return op_at(tb, B.p(), B.ld, r, c); })));
             // C(0 .. rows-1, 0 .. cols-1) += alpha*op(A)*op(B), from the packed operands or the originals
             auto share = [&](idx rows, idx cols, auto call) {
-                mat<T> C(m, cols + q, g);
-                const mat<T> C0 = C;
+                auto C = mat<T>(m, cols + q, g);
+                const auto C0 = C.buf.snapshot();
                 call(C);
                 EXPECT_TRUE(check_product(ta, tb, rows, cols, kk, alpha, A, B, make<T>(1), C0, C));
             };
-            share(hp, w, [&](mat<T>& C) {
+            share(hp, w, [&](gmat<T>& C) {
                 ks<typename S::bcop>(piece[0])(fa, &m, &kk, &w, &alpha, A.p(), &A.ld, pb.data(), C.p(), &C.ld);
             });
-            share(hp, w, [&](mat<T>& C) {
+            share(hp, w, [&](gmat<T>& C) {
                 ks<typename S::abcop>(piece[1])(&hp, &w, &kkr, pa.data(), pb.data(), C.p(), &C.ld);
             });
             for (idx n : {w + q - 1, idx(5003)})  // the second crosses every engine's column block
-                share(hp, n - n % q, [&](mat<T>& C) {
+                share(hp, n - n % q, [&](gmat<T>& C) {
                     ks<typename S::acop>(piece[2])(fb, &kk, &n, &hp, pa.data(), B.p(), &B.ld, C.p(), &C.ld);
                 });
         }
     // deeper than any engine's depth block and wider than a few panels: the
     // pieces size their workspace for what they are given
     const idx kd = 261, n = 203, wd = n - n % q, kdr = 264;
-    mat<T> A(m, kd, g), B(kd, n, g);
+    auto A = mat<T>(m, kd, g), B = mat<T>(kd, n, g);
     std::vector<T> pa(std::size_t(hp * kdr)), pb(std::size_t(wd * kdr));
     ks<typename S::copya>(pack[0] + "n" + pack[1])(&m, &kd, A.p(), &A.ld, pa.data(), &alpha);
     ks<typename S::copyb>(pack[2] + "n" + pack[3])(&kd, &wd, B.p(), &B.ld, pb.data());
     for (int piece_no : {0, 1, 2}) {
-        mat<T> C(m, n, g);
-        const mat<T> C0 = C;
+        auto C = mat<T>(m, n, g);
+        const auto C0 = C.buf.snapshot();
         const std::string& f = piece[piece_no];
         if (piece_no == 0) ks<typename S::bcop>(f)("N", &m, &kd, &wd, &alpha, A.p(), &A.ld, pb.data(), C.p(), &C.ld);
         if (piece_no == 1) ks<typename S::abcop>(f)(&hp, &wd, &kdr, pa.data(), pb.data(), C.p(), &C.ld);
@@ -288,8 +255,8 @@ template <class T> void brc_workspace(const std::string& p) {
     ork_int info[3] = {}, info1[3] = {};
     const idx m = 600, n = 40, k = 600;
     ks<void (*)(ci, ci, ci, ork_int*)>("ork_blas_" + p + "gemm_blk_info_0_brc")(&m, &n, &k, info);
-    EXPECT_TRUE(info[0] == 256 && info[1] == 256 - 256 % kshape<T>::ra && info[2] == n);
-    if (p == "d") KS(ork_blas_dgemm_blk_info_1_brc)(&m, &n, &k, info1);
+    EXPECT_TRUE(info[0] == 256 && info[1] == 256 - 256 % gk<T>::ra && info[2] == n);
+    if (p == "d") OT_KS(dgemm_blk_info_1_brc)(&m, &n, &k, info1);
     EXPECT_TRUE(p != "d" || std::equal(info, info + 3, info1));
     T *pa = nullptr, *pb = nullptr;
     void* scratch = nullptr;
@@ -298,8 +265,8 @@ template <class T> void brc_workspace(const std::string& p) {
     ASSERT_TRUE(block && pa && pb && scratch);
     EXPECT_EQ((std::uintptr_t(pa) | std::uintptr_t(pb) | std::uintptr_t(scratch)) % 16, 0u);
     const idx kb = info[0], mb = info[1];
-    mat<T> A(m, k, g), B(k, n, g), C(m, n, g);
-    const mat<T> C0 = C;
+    auto A = mat<T>(m, k, g), B = mat<T>(k, n, g), C = mat<T>(m, n, g);
+    const auto C0 = C.buf.snapshot();
     const T alpha = make<T>(-0.5);
     const std::string x = "ork_blas_" + p + "gemm_";
     EXPECT_EQ(ks<typename sig<T>::copya>(x + "copyan_0_brc")(&mb, &kb, A.p(), &A.ld, pa, &alpha), mb);
@@ -312,8 +279,8 @@ TEST(GemmFamily, BlockingAndWorkspaces) {
     brc_workspace<double>("d");
     brc_workspace<float>("s");
     const idx m = 50, k = 50;
-    for (auto [p, q] : {std::pair<const char*, idx>{"s", kshape<float>::q}, {"d", kshape<double>::q},
-                        {"c", kshape<ork_complex8>::q}, {"z", kshape<ork_complex16>::q}})
+    for (auto [p, q] : {std::pair<const char*, idx>{"s", gk<float>::q}, {"d", gk<double>::q},
+                        {"c", gk<ork_complex8>::q}, {"z", gk<ork_complex16>::q}})
         for (idx n : {idx(100), idx(1000000)}) {  // nb: all of a short n, a multiple of q of a long one
             ork_int info[3] = {};
             ks<void (*)(ci, ci, ci, ork_int*)>("ork_blas_" + std::string(p) + "gemm_blk_info_htn")(&m, &n, &k, info);
@@ -328,38 +295,39 @@ template <class R, class T> void mixed_blocks(const std::string& p, std::size_t 
     std::mt19937_64 g(75);
     const idx m = 5, n = 4, ldw = 7;
     for (T beta : {make<T>(0), make<T>(1), make<T>(0.5, -2)}) {
-        mat<T> C(m, n, g);
+        auto C = mat<T>(m, n, g);
         C.at(1, 1) = make<T>(NAN, NAN);
-        const mat<T> C0 = C;
+        const auto C0 = C.buf.snapshot();
         ks<void (*)(ci, ci, const T*, T*, ci)>("ork_blas_" + p + "gemm_mscale")(&m, &n, &beta, C.p(), &C.ld);
         EXPECT_TRUE((check_product<T, T>('N', 'N', m, n, 0, make<T>(0), mat<T>(0, 0, g), C, beta, C0, C)));
     }
     const T alpha = make<T>(0.75, -0.5);
     for (const char* tb : {"N", "t", "C"}) {  // alpha*op(B), separated
         const char t = char(*tb & ~0x20);
-        mat<T> B(t == 'N' ? m : n, t == 'N' ? n : m, g);
+        auto B = mat<T>(t == 'N' ? m : n, t == 'N' ? n : m, g);
         std::vector<R> br(std::size_t(ldw * n), sentinel<R>()), bi = br, wr = br, wi = br;
         ks<void (*)(const char*, ci, ci, const T*, ci, const T*, R*, R*, ci)>("ork_blas_" + p + "gemm_copyb")(
             tb, &m, &n, B.p(), &B.ld, &alpha, br.data(), bi.data(), &ldw);
         for (idx j = 0; j < n; ++j)
             for (idx i = 0; i < m; ++i) {
-                wr[std::size_t(i + j * ldw)] = mul(alpha, opx(t, B, i, j)).re;
-                wi[std::size_t(i + j * ldw)] = mul(alpha, opx(t, B, i, j)).im;
+                wr[std::size_t(i + j * ldw)] = mul(alpha, op_at(t, B.p(), B.ld, i, j)).re;
+                wi[std::size_t(i + j * ldw)] = mul(alpha, op_at(t, B.p(), B.ld, i, j)).im;
             }
         EXPECT_TRUE(same_all(br, wr) && same_all(bi, wi)) << tb;
     }
-    mat<T> C(m, n, g), D(m, n, g), E = D;  // C separated, then interleaved into D; E: what D should become
+    auto C = mat<T>(m, n, g), D = mat<T>(m, n, g);  // C separated, then interleaved into D
+    auto E = D.buf.snapshot();                      // what D should become
     std::vector<R> cr(std::size_t(ldw * n), sentinel<R>()), cim = cr, wr = cr, wi = cr;
     for (idx j = 0; j < n; ++j)
         for (idx i = 0; i < m; ++i) {
-            E.at(i, j) = C.at(i, j);
+            E[std::size_t(4 + i + j * D.ld)] = C.at(i, j);
             wr[std::size_t(i + j * ldw)] = C.at(i, j).re, wi[std::size_t(i + j * ldw)] = C.at(i, j).im;
         }
     using F = void (*)(ci, ci, const T*, ci, R*, R*, ci);
     ks<F>("ork_blas_" + p + "gemm_copyc_fwd")(&m, &n, C.p(), &C.ld, cr.data(), cim.data(), &ldw);
     using B = void (*)(ci, ci, const R*, const R*, ci, T*, ci);
     ks<B>("ork_blas_" + p + "gemm_copyc_bwd")(&m, &n, cr.data(), cim.data(), &ldw, D.p(), &D.ld);
-    EXPECT_TRUE(same_all(cr, wr) && same_all(cim, wi) && same_all(D.v, E.v));
+    EXPECT_TRUE(same_all(cr, wr) && same_all(cim, wi) && same_all(D.buf.snapshot(), E));
     R* r[4] = {};
     void* block = ks<void* (*)(R**, R**, R**, R**)>("ork_blas_" + p + "gemm_getbufs")(&r[0], &r[1], &r[2], &r[3]);
     ASSERT_NE(block, nullptr);
@@ -383,34 +351,33 @@ TEST(GemmFamily, MixedBlocks) {
 template <class TA, class T, class F> void thread_bits(const char* what, F entry, F kernel) {
     std::mt19937_64 g(76);
     const idx m = 37, n = 203, k = 300;  // 25 slabs of 8 columns, and 3 more
-    mat<TA> A(m, k, g);
-    mat<T> B(n, k, g), C(m, n, g);
+    auto A = mat<TA>(m, k, g);
+    auto B = mat<T>(n, k, g), C = mat<T>(m, n, g);
+    const auto C0 = C.buf.snapshot();
     const T alpha = make<T>(0.75, -0.5), beta = make<T>(-1.25, 0.5);
     std::vector<T> out[3];
     for (int t : {0, 1, 2}) {
         threads_scope threads(t == 0 ? 1 : t);
-        mat<T> Ct = C;
-        (t == 0 ? kernel : entry)("N", "C", &m, &n, &k, &alpha, A.p(), &A.ld, B.p(), &B.ld, &beta, Ct.p(), &Ct.ld);
-        out[t] = Ct.v;
+        std::copy(C0.begin(), C0.end(), C.buf.data());
+        (t == 0 ? kernel : entry)("N", "C", &m, &n, &k, &alpha, A.p(), &A.ld, B.p(), &B.ld, &beta, C.p(), &C.ld);
+        out[t] = C.buf.snapshot();
     }
     EXPECT_TRUE(same_all(out[1], out[0]) && same_all(out[2], out[0])) << what;
 }
 TEST(GemmFamily, LiborkThreadsGiveTheSameBits) {
-    thread_bits<ork_complex8, ork_complex8>("cgemm3m", &ork_blas_cgemm3m, KS(ork_blas_xcgemm3m));
-    thread_bits<ork_complex16, ork_complex16>("zgemm3m", &ork_blas_zgemm3m, KS(ork_blas_xzgemm3m));
-    thread_bits<float, ork_complex8>("scgemm", &ork_blas_scgemm, KS(ork_blas_xscgemm));
-    thread_bits<double, ork_complex16>("dzgemm", &ork_blas_dzgemm, KS(ork_blas_xdzgemm));
+    thread_bits<ork_complex8, ork_complex8>("cgemm3m", &ork_blas_cgemm3m, OT_KS(xcgemm3m));
+    thread_bits<ork_complex16, ork_complex16>("zgemm3m", &ork_blas_zgemm3m, OT_KS(xzgemm3m));
+    thread_bits<float, ork_complex8>("scgemm", &ork_blas_scgemm, OT_KS(xscgemm));
+    thread_bits<double, ork_complex16>("dzgemm", &ork_blas_dzgemm, OT_KS(xdzgemm));
 }
-
-std::vector<std::pair<std::string, int>> reports;
-void capture(const char* routine, int position) { reports.emplace_back(routine, position); }
 
 // A valid call (m = 3, n = 2, k = 4, op(B) = B^T); each case spoils one
 // argument, `missing` naming one passed as null.
 template <class TA, class T, class F> void argument_errors(const char* name, F f) {
     std::mt19937_64 g(77);
-    mat<TA> A(3, 4, g);
-    mat<T> B(2, 4, g), C(3, 2, g);
+    auto A = mat<TA>(3, 4, g);
+    auto B = mat<T>(2, 4, g), C = mat<T>(3, 2, g);
+    const auto C0 = C.buf.snapshot();
     const T alpha = make<T>(2), beta = make<T>(0.5);
     struct call {
         const char *ta = "N", *tb = "T";
@@ -430,23 +397,18 @@ template <class TA, class T, class F> void argument_errors(const char* name, F f
     calls.push_back({"c", "T", 2, 2, 4, 3, 2, 3, 0, 8});   // op(A) = A^T: lda >= k
     calls.push_back({"N", "n", 3, 2, 4, 6, 3, 3, 0, 10});  // op(B) = B: ldb >= k
     calls.push_back({"N", "T", 3, 2, 0, 6, 2, 3, 7, 0});   // k = 0: a is not read
-    auto previous = ork_set_error_handler(&capture);
+    error_reports reports;
     for (const call& c : calls) {
-        reports.clear();
-        mat<T> Ct = C;
+        reports.seen.clear();
+        std::copy(C0.begin(), C0.end(), C.buf.data());
         auto arg = [&](int p, auto* x) { return c.missing == p ? nullptr : x; };
         f(c.ta, c.tb, &c.m, &c.n, &c.k, arg(6, &alpha), arg(7, A.p()), &c.lda, arg(9, B.p()), &c.ldb, arg(11, &beta),
-          arg(12, Ct.p()), &c.ldc);
-        if (c.position == 0) {
-            EXPECT_TRUE(reports.empty()) << name;
-            continue;
-        }
-        ASSERT_EQ(reports.size(), 1u) << name << " position " << c.position;
-        EXPECT_EQ(reports[0], std::make_pair(std::string(name), c.position));
+          arg(12, C.p()), &c.ldc);
+        EXPECT_TRUE(reports.one(name, c.position)) << name << " position " << c.position;
+        if (c.position == 0) continue;
         EXPECT_EQ(ork_last_error(), c.position);
-        EXPECT_TRUE(same_all(Ct.v, C.v)) << name << " position " << c.position;
+        EXPECT_TRUE(same_all(C.buf.snapshot(), C0)) << name << " position " << c.position;
     }
-    ork_set_error_handler(previous);
 }
 TEST(GemmFamily, ArgumentErrors) {
     argument_errors<ork_complex8, ork_complex8>("ork_blas_cgemm3m", &ork_blas_cgemm3m);
