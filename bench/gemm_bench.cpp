@@ -407,10 +407,7 @@ int main(int argc, char** argv) {
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
 
     if (ork_init() != 0) return 1;
-    benchmark::AddCustomContext("ork", ork_version());
-    benchmark::AddCustomContext("ork_kernel_library", ork_kernel_library_path());
-    benchmark::AddCustomContext("ork_kernel_generation", ork_cpu_generation_name(ork_kernel_generation()));
-    benchmark::AddCustomContext("cpu_generation", ork_cpu_generation_name(ork_cpu_generation()));
+    ork_bench::describe_ork();
 
     make_operands<float>(20240601);
     make_operands<double>(20240602);
@@ -418,16 +415,10 @@ int main(int argc, char** argv) {
     make_operands<ork_complex16>(20240604);
 
     load_openblas();
+    ob.describe("ork-bench-gemm");
     if (ob.handle) {
-        benchmark::AddCustomContext("openblas", ob.path);
-        if (ob.get_config) benchmark::AddCustomContext("openblas_config", ob.get_config());
-        if (ob.get_corename) benchmark::AddCustomContext("openblas_core", ob.get_corename());
         const char* ct = std::getenv("OPENBLAS_CORETYPE");
         benchmark::AddCustomContext("openblas_coretype_env", ct ? ct : "");
-    } else {
-        std::fprintf(stderr, "ork-bench-gemm: OpenBLAS not loaded (%s); its benchmarks are skipped\n",
-                     ob.why_not.c_str());
-        benchmark::AddCustomContext("openblas", "not loaded: " + ob.why_not);
     }
     const auto t0 = clock_type::now();
     const bool ok = check_type<float>() & check_type<double>() & check_type<ork_complex8>() &

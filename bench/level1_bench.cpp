@@ -218,26 +218,17 @@ int main(int argc, char** argv) {
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
 
     if (ork_init() != 0) return 1;
-    benchmark::AddCustomContext("ork", ork_version());
-    benchmark::AddCustomContext("ork_kernel_library", ork_kernel_library_path());
-    benchmark::AddCustomContext("ork_kernel_generation", ork_cpu_generation_name(ork_kernel_generation()));
-    benchmark::AddCustomContext("cpu_generation", ork_cpu_generation_name(ork_cpu_generation()));
+    ork_bench::describe_ork();
 
     std::mt19937_64 gen(20240601);
     vx = make_vector(max_n, gen);
     vy = make_vector(max_n, gen);
 
     load_openblas();
+    ob.describe("ork-bench-level1");
     if (ob.handle) {
-        benchmark::AddCustomContext("openblas", ob.path);
-        if (ob.get_config) benchmark::AddCustomContext("openblas_config", ob.get_config());
-        if (ob.get_corename) benchmark::AddCustomContext("openblas_core", ob.get_corename());
         ob.set_num_threads(1);
         if (!same_results()) return 1;
-    } else {
-        std::fprintf(stderr, "ork-bench-level1: OpenBLAS not loaded (%s); its benchmarks are skipped\n",
-                     ob.why_not.c_str());
-        benchmark::AddCustomContext("openblas", "not loaded: " + ob.why_not);
     }
 
     for (std::int64_t n : sizes) {

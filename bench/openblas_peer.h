@@ -1,11 +1,16 @@
 // Debian's OpenBLAS, loaded at run time as the peer the benchmarks measure
-// ork against, through its Fortran entries (32-bit integers by address).
+// ork against, through its Fortran entries (32-bit integers by address), and
+// the context both programs print.
 #pragma once
 
+#include <benchmark/benchmark.h>
 #include <dlfcn.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <string>
+
+#include "ork/ork.h"
 
 namespace ork_bench {
 
@@ -57,6 +62,28 @@ struct openblas_peer {
         bind("openblas_get_corename", get_corename);
         why_not.clear();
     }
+
+    // What was loaded, in the benchmark's context; `program` names the
+    // benchmark in the message that says the peer is missing.
+    void describe(const char* program) const {
+        if (handle) {
+            benchmark::AddCustomContext("openblas", path);
+            if (get_config) benchmark::AddCustomContext("openblas_config", get_config());
+            if (get_corename) benchmark::AddCustomContext("openblas_core", get_corename());
+        } else {
+            std::fprintf(stderr, "%s: OpenBLAS not loaded (%s); its benchmarks are skipped\n", program,
+                         why_not.c_str());
+            benchmark::AddCustomContext("openblas", "not loaded: " + why_not);
+        }
+    }
 };
+
+// ork's side of the context: version, kernel library and generations.
+inline void describe_ork() {
+    benchmark::AddCustomContext("ork", ork_version());
+    benchmark::AddCustomContext("ork_kernel_library", ork_kernel_library_path());
+    benchmark::AddCustomContext("ork_kernel_generation", ork_cpu_generation_name(ork_kernel_generation()));
+    benchmark::AddCustomContext("cpu_generation", ork_cpu_generation_name(ork_cpu_generation()));
+}
 
 }  // namespace ork_bench
