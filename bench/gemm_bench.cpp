@@ -167,7 +167,7 @@ void load_openblas() {
 }
 
 // ---- one call of either library: C := A*B, alpha = 1, beta = 0.
-enum class lib { ork, openblas };
+using ork_bench::lib;
 
 template <class T>
 void ork_gemm(const char* ta, const char* tb, const idx* m, const idx* n, const idx* k, const T* alpha,
@@ -192,22 +192,6 @@ void call(lib l, const shape& s, const T* a, const T* b, T* c) {
     }
 }
 
-// ---- thread pools. A pool that spins after its last parallel call takes a
-// core from whatever runs next, and there are only two here; after a
-// multithreaded benchmark, the next one with another library or thread
-// count waits for it to go idle (outside the timed loop).
-void use_threads(lib l, int threads) {
-    static bool first = true;
-    static lib last_lib = lib::ork;
-    static int last_threads = 1;
-    if (!first && last_threads > 1 && (last_lib != l || last_threads != threads))
-        std::this_thread::sleep_for(std::chrono::milliseconds(300));
-    first = false;
-    last_lib = l;
-    last_threads = threads;
-    if (l == lib::ork) ork_set_num_threads(threads);
-    else ob.set_num_threads(threads);
-}
 
 using clock_type = std::chrono::steady_clock;
 
@@ -232,7 +216,7 @@ void warm_up(lib l, const shape& s, int threads) {
 // nothing about the call's duration.
 template <class T>
 void run_gemm(benchmark::State& state, lib l, shape s, int threads) {
-    use_threads(l, threads);
+    ork_bench::use_threads(ob, l, threads);
     warm_up<T>(l, s, threads);
     const T *a = data<T>.a.get(), *b = data<T>.b.get();
     T* c = data<T>.c.get();

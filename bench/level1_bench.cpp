@@ -71,28 +71,12 @@ void load_openblas() {
     });
 }
 
-// ---- thread pools. A pool that spins after its last parallel call takes a
-// core from whatever runs next, and there are only two here; after a
-// multithreaded benchmark, the other library's first run waits for it to
-// go idle (outside the timed loop).
-enum class lib { ork, openblas };
-
-void use_threads(lib l, int threads) {
-    static bool first = true;
-    static lib last_lib = lib::ork;
-    static int last_threads = 1;
-    if (!first && last_threads > 1 && last_lib != l) std::this_thread::sleep_for(std::chrono::milliseconds(300));
-    first = false;
-    last_lib = l;
-    last_threads = threads;
-    if (l == lib::ork) ork_set_num_threads(threads);
-    else ob.set_num_threads(threads);
-}
+using ork_bench::lib;
 
 // ---- the timed loops; bytes are those each call must move: ddot reads
 // x and y, daxpy reads both and writes y, dnrm2 and idamax read x.
 void run_ddot(benchmark::State& state, lib l, std::int64_t n, int threads) {
-    use_threads(l, threads);
+    ork_bench::use_threads(ob, l, threads);
     const double *x = vx.get(), *y = vy.get();
     if (l == lib::ork) {
         const ork_int nn = n, inc = 1;
@@ -106,7 +90,7 @@ void run_ddot(benchmark::State& state, lib l, std::int64_t n, int threads) {
 
 // alpha alternates in sign, so y goes back and forth instead of growing.
 void run_daxpy(benchmark::State& state, lib l, std::int64_t n, int threads) {
-    use_threads(l, threads);
+    ork_bench::use_threads(ob, l, threads);
     const double* x = vx.get();
     double* y = vy.get();
     const double alphas[2] = {0.5, -0.5};
@@ -128,7 +112,7 @@ void run_daxpy(benchmark::State& state, lib l, std::int64_t n, int threads) {
 }
 
 void run_dnrm2(benchmark::State& state, lib l, std::int64_t n, int threads) {
-    use_threads(l, threads);
+    ork_bench::use_threads(ob, l, threads);
     const double* x = vx.get();
     if (l == lib::ork) {
         const ork_int nn = n, inc = 1;
@@ -141,7 +125,7 @@ void run_dnrm2(benchmark::State& state, lib l, std::int64_t n, int threads) {
 }
 
 void run_idamax(benchmark::State& state, lib l, std::int64_t n, int threads) {
-    use_threads(l, threads);
+    ork_bench::use_threads(ob, l, threads);
     const double* x = vx.get();
     if (l == lib::ork) {
         const ork_int nn = n, inc = 1;

@@ -8,7 +8,9 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <chrono>
 #include <string>
+#include <thread>
 
 #include "ork/ork.h"
 
@@ -77,6 +79,25 @@ struct openblas_peer {
         }
     }
 };
+
+enum class lib { ork, openblas };
+
+// Thread pools: a pool that spins after its last parallel call takes a core
+// from whatever runs next, and there are only two here. After a
+// multithreaded benchmark, the next one with another library or thread count
+// waits for it to go idle (call this outside the timed loop).
+inline void use_threads(const openblas_peer& peer, lib l, int threads) {
+    static bool first = true;
+    static lib last_lib = lib::ork;
+    static int last_threads = 1;
+    if (!first && last_threads > 1 && (last_lib != l || last_threads != threads))
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    first = false;
+    last_lib = l;
+    last_threads = threads;
+    if (l == lib::ork) ork_set_num_threads(threads);
+    else peer.set_num_threads(threads);
+}
 
 // ork's side of the context: version, kernel library and generations.
 inline void describe_ork() {
