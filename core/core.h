@@ -7,6 +7,11 @@
 #include "ork/gemm_kernels.h"
 #include "ork/core.h"
 #include "ork/service.h"
+// Each further area lists its kernels in its own file.
+#include "core/kernels_level2.h"
+#include "core/kernels_level3.h"
+#include "core/kernels_lapack.h"
+#include "core/kernels_trans.h"
 
 #define ORK_CORE_API extern "C" __attribute__((visibility("default")))
 
@@ -16,6 +21,9 @@ namespace ork::core {
 // loaded kernel library with dlsym, so the kernel library's own definition is
 // reached even where libork exports the same name.
 #define ORK_CORE_KERNELS(X)                                                                   \
+    ORK_CORE_KERNELS_BASE(X) ORK_CORE_KERNELS_LEVEL2(X) ORK_CORE_KERNELS_LEVEL3(X)            \
+    ORK_CORE_KERNELS_LAPACK(X) ORK_CORE_KERNELS_TRANS(X)
+#define ORK_CORE_KERNELS_BASE(X)                                                              \
     X(dll_cpu_version)                                                                        \
     X(ork_blas_xsaxpy) X(ork_blas_xdaxpy) X(ork_blas_xcaxpy) X(ork_blas_xzaxpy)               \
     X(ork_blas_xscopy) X(ork_blas_xdcopy) X(ork_blas_xccopy) X(ork_blas_xzcopy)               \

@@ -11,36 +11,12 @@
 #include <type_traits>
 #include <vector>
 
+#include "demo/demo.h"
 #include "ork/ork.h"
 
+using namespace ork_demo;
+
 namespace {
-
-using clock_type = std::chrono::steady_clock;
-
-// Best of a few runs, in seconds.
-template <class F>
-double best_time(int runs, F f) {
-    double best = 1e300;
-    for (int r = 0; r < runs; ++r) {
-        auto t0 = clock_type::now();
-        f();
-        double s = std::chrono::duration<double>(clock_type::now() - t0).count();
-        if (s < best) best = s;
-    }
-    return best;
-}
-
-int failures = 0;
-
-// One checked result: `amount` of work (1e9 bytes or operations) done in
-// `seconds`, printed as a rate in `unit`.
-void report(const char* what, const char* value, double err, double bound, double amount, double seconds,
-            const char* unit = "GB/s") {
-    const bool ok = err <= bound;  // false for a NaN error too
-    failures += !ok;
-    std::printf("  %-28s %-26s error %.2e (bound %.1e) %-4s %7.2f %s\n", what, value, err, bound,
-                ok ? "ok" : "FAIL", amount / seconds, unit);
-}
 
 void level1() {
     std::printf("\nlevel 1: vectors of 10^7 doubles, checked against long double\n");
@@ -203,6 +179,18 @@ void gemm() {
 }
 
 }  // namespace
+
+namespace ork_demo {
+int failures = 0;
+
+void report(const char* what, const char* value, double err, double bound, double amount, double seconds,
+            const char* unit) {
+    const bool ok = err <= bound;  // false for a NaN error too
+    failures += !ok;
+    std::printf("  %-28s %-26s error %.2e (bound %.1e) %-4s %7.2f %s\n", what, value, err, bound,
+                ok ? "ok" : "FAIL", amount / seconds, unit);
+}
+}  // namespace ork_demo
 
 int main() {
     if (ork_init() != 0) {

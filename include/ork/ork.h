@@ -5,4 +5,6 @@
 #include "ork/core.h"
 #include "ork/service.h"
 #include "ork/blas.h"
+#include "ork/blas_level2.h"
+#include "ork/blas_level3.h"
 #endif

@@ -44,7 +44,7 @@ def main():
     ap.add_argument("--lib", required=True)
     ap.add_argument("--exports", required=True, nargs="+", help="export list files, joined")
     ap.add_argument("--imports", help="names the library may leave undefined")
-    ap.add_argument("--provider", help="export list of the library that provides the imports")
+    ap.add_argument("--provider", nargs="+", help="export lists of the library that provides the imports")
     ap.add_argument("--allow-needed", nargs="*", default=None,
                     help="shared objects the library may need (prefix match)")
     ap.add_argument("--allow-undefined-prefix", nargs="*", default=[],
@@ -69,7 +69,7 @@ def main():
     if args.imports is not None:
         allowed = set(read_list(args.imports))
         if args.provider:
-            provided = set(read_list(args.provider))
+            provided = {name for path in args.provider for name in read_list(path)}
             for name in sorted(allowed - provided):
                 problems.append(f"import {name} is not exported by the provider")
         for kind, name in undefined:

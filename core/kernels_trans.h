@@ -1,0 +1,5 @@
+// The transposition kernels that libork binds, by exported name.
+#pragma once
+
+
+#define ORK_CORE_KERNELS_TRANS(X)
