@@ -9,6 +9,7 @@
 #include "ork/service.h"
 // Each further area lists its kernels in its own file.
 #include "core/kernels_level2.h"
+#include "core/kernels_triangular.h"
 #include "core/kernels_level3.h"
 #include "core/kernels_lapack.h"
 #include "core/kernels_trans.h"
@@ -21,8 +22,8 @@ namespace ork::core {
 // loaded kernel library with dlsym, so the kernel library's own definition is
 // reached even where libork exports the same name.
 #define ORK_CORE_KERNELS(X)                                                                   \
-    ORK_CORE_KERNELS_BASE(X) ORK_CORE_KERNELS_LEVEL2(X) ORK_CORE_KERNELS_LEVEL3(X)            \
-    ORK_CORE_KERNELS_LAPACK(X) ORK_CORE_KERNELS_TRANS(X)
+    ORK_CORE_KERNELS_BASE(X) ORK_CORE_KERNELS_LEVEL2(X) ORK_CORE_KERNELS_TRIANGULAR(X)       \
+    ORK_CORE_KERNELS_LEVEL3(X) ORK_CORE_KERNELS_LAPACK(X) ORK_CORE_KERNELS_TRANS(X)
 #define ORK_CORE_KERNELS_BASE(X)                                                              \
     X(dll_cpu_version)                                                                        \
     X(ork_blas_xsaxpy) X(ork_blas_xdaxpy) X(ork_blas_xcaxpy) X(ork_blas_xzaxpy)               \
