@@ -20,6 +20,11 @@ struct record {
 };
 __attribute__((tls_model("initial-exec"))) thread_local record last;
 
+// A handler for the calling thread only, tried before the process-wide one:
+// an interface layer routes the reports of the calls it makes to its own
+// error convention without changing what other callers see.
+__attribute__((tls_model("initial-exec"))) thread_local ork_error_handler thread_handler = nullptr;
+
 }  // namespace
 
 namespace ork::core {
@@ -27,11 +32,17 @@ entry::entry(const char* routine) : name(routine) { last = record{}; }
 
 bool entry::fail(int position) const {
     last = record{position, name};
-    if (auto h = handler.load()) h(name, position);
+    if (auto t = thread_handler) t(name, position);
+    else if (auto h = handler.load()) h(name, position);
     return false;
 }
 }  // namespace ork::core
 
 ORK_CORE_API ork_error_handler ork_set_error_handler(ork_error_handler h) { return handler.exchange(h); }
+ORK_CORE_API ork_error_handler ork_set_thread_error_handler(ork_error_handler h) {
+    ork_error_handler old = thread_handler;
+    thread_handler = h;
+    return old;
+}
 ORK_CORE_API int ork_last_error(void) { return last.position; }
 ORK_CORE_API const char* ork_last_error_routine(void) { return last.routine; }

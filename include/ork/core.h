@@ -49,6 +49,9 @@ void ork_set_num_threads(int n);
  * message 1 to standard error. Every checked entry resets the record. */
 typedef void (*ork_error_handler)(const char *routine, int position);
 ork_error_handler ork_set_error_handler(ork_error_handler handler); /* null: silent */
+/* A handler for the calling thread that, while set (non-null), takes the
+ * reports instead of the process-wide one; returns the previous one. */
+ork_error_handler ork_set_thread_error_handler(ork_error_handler handler);
 int ork_last_error(void);
 const char *ork_last_error_routine(void);
 
