@@ -1,6 +1,5 @@
-// libork's level-1 BLAS entries and the level-2 entries that kernels call
-// back: argument checks, then the kernel of the loaded library, split over
-// OpenMP threads when the vectors are long.
+// libork's level-1 BLAS entries: argument checks, then the kernel of the
+// loaded library, split over OpenMP threads when the vectors are long.
 #include <initializer_list>
 #include <type_traits>
 #include <vector>
@@ -170,58 +169,6 @@ auto direct(const char* name, std::initializer_list<arg> args, A... a) {
     return (K().*Kf)(a...);
 }
 
-// ---- level 2. Reference checks in argument order: flags, dimensions,
-// leading dimension, increments; then split over rows (N) or columns.
-bool bad_flag(const char* f, const char* allowed) {
-    for (; *allowed; ++allowed)
-        if (ork_serv_lsame(f, allowed, 1, 1)) return false;
-    return true;
-}
-
-template <auto Kf, class C>
-void gemv(const char* name, const char* trans, const idx* m, const idx* n, const C* alpha, const C* a,
-          const idx* lda, const C* x, const idx* incx, const C* beta, C* y, const idx* incy) {
-    entry e(name);
-    if (!trans || bad_flag(trans, "NTC")) return (void)e.fail(1);
-    if (!m || *m < 0) return (void)e.fail(2);
-    if (!n || *n < 0) return (void)e.fail(3);
-    const bool notrans = ork_serv_lsame(trans, "N", 1, 1);
-    const bool any = *m > 0 && *n > 0;
-    const idx M = *m, N = *n;
-    if (!alpha) return (void)e.fail(4);
-    if (!a && any) return (void)e.fail(5);
-    if (!lda || *lda < (M > 1 ? M : 1)) return (void)e.fail(6);
-    if (!x && any) return (void)e.fail(7);
-    if (!incx || *incx == 0) return (void)e.fail(8);
-    if (!beta) return (void)e.fail(9);
-    if (!y && any) return (void)e.fail(10);
-    if (!incy || *incy == 0) return (void)e.fail(11);
-    if (!any) return;
-    const idx LDA = *lda, iy = *incy, leny = notrans ? M : N;
-    // a thread takes whole rows (N) or columns (T, C) and its part of y
-    const int t = M * N >= (idx(1) << 17) ? threads_for(leny, 64) : 1;
-    pieces(leny, t, [&](idx i0, idx len) {
-        C* ys = sub(y, leny, iy, i0, len);
-        if (notrans) (K().*Kf)(trans, &len, n, alpha, a + i0, lda, x, incx, beta, ys, incy);
-        else (K().*Kf)(trans, m, &len, alpha, a + i0 * LDA, lda, x, incx, beta, ys, incy);
-    });
-}
-
-template <auto Kf, class R>
-void syr(const char* name, const char* uplo, const idx* n, const R* alpha, const R* x, const idx* incx, R* a,
-         const idx* lda) {
-    entry e(name);
-    if (!uplo || bad_flag(uplo, "UL")) return (void)e.fail(1);
-    if (!n || *n < 0) return (void)e.fail(2);
-    const idx N = *n;
-    if (!alpha) return (void)e.fail(3);
-    if (!x && N > 0) return (void)e.fail(4);
-    if (!incx || *incx == 0) return (void)e.fail(5);
-    if (!a && N > 0) return (void)e.fail(6);
-    if (!lda || *lda < (N > 1 ? N : 1)) return (void)e.fail(7);
-    if (N > 0) (K().*Kf)(uplo, n, alpha, x, incx, a, lda);
-}
-
 }  // namespace
 
 #define KF(name) &kernel_table::ork_blas_##name
@@ -240,8 +187,7 @@ void syr(const char* name, const char* uplo, const idx* n, const R* alpha, const
     ORK_CORE_API void ork_blas_##p##axpyi(const idx* nz, const C* alpha, const C* x, const idx* indx, C* y) { direct<KF(p##axpyi)>(NAME(p##axpyi), {{nz}, {alpha}, {x, nz && *nz > 0}, {indx, nz && *nz > 0}, {y, nz && *nz > 0}}, nz, alpha, x, indx, y); } \
     ORK_CORE_API void ork_blas_##p##gthr(const idx* nz, const C* y, C* x, const idx* indx) { direct<KF(p##gthr)>(NAME(p##gthr), {{nz}, {y, nz && *nz > 0}, {x, nz && *nz > 0}, {indx, nz && *nz > 0}}, nz, y, x, indx); } \
     ORK_CORE_API void ork_blas_##p##gthrz(const idx* nz, C* y, C* x, const idx* indx) { direct<KF(p##gthrz)>(NAME(p##gthrz), {{nz}, {y, nz && *nz > 0}, {x, nz && *nz > 0}, {indx, nz && *nz > 0}}, nz, y, x, indx); } \
-    ORK_CORE_API void ork_blas_##p##sctr(const idx* nz, const C* x, const idx* indx, C* y) { direct<KF(p##sctr)>(NAME(p##sctr), {{nz}, {x, nz && *nz > 0}, {indx, nz && *nz > 0}, {y, nz && *nz > 0}}, nz, x, indx, y); } \
-    ORK_CORE_API void ork_blas_##p##gemv(const char* trans, const idx* m, const idx* n, const C* alpha, const C* a, const idx* lda, const C* x, const idx* incx, const C* beta, C* y, const idx* incy) { gemv<KF(x##p##gemv)>(NAME(p##gemv), trans, m, n, alpha, a, lda, x, incx, beta, y, incy); }
+    ORK_CORE_API void ork_blas_##p##sctr(const idx* nz, const C* x, const idx* indx, C* y) { direct<KF(p##sctr)>(NAME(p##sctr), {{nz}, {x, nz && *nz > 0}, {indx, nz && *nz > 0}, {y, nz && *nz > 0}}, nz, x, indx, y); }
 ORK_VEC_ENTRIES(s, float)
 ORK_VEC_ENTRIES(d, double)
 ORK_VEC_ENTRIES(c, ork_complex8)
@@ -319,6 +265,3 @@ ORK_DOTI_ENTRY(cdotui, ork_complex8)
 ORK_DOTI_ENTRY(zdotci, ork_complex16)
 ORK_DOTI_ENTRY(zdotui, ork_complex16)
 
-// symmetric rank-1 updates
-ORK_CORE_API void ork_blas_ssyr(const char* uplo, const idx* n, const float* alpha, const float* x, const idx* incx, float* a, const idx* lda) { syr<KF(xssyr)>(NAME(ssyr), uplo, n, alpha, x, incx, a, lda); }
-ORK_CORE_API void ork_blas_dsyr(const char* uplo, const idx* n, const double* alpha, const double* x, const idx* incx, double* a, const idx* lda) { syr<KF(xdsyr)>(NAME(dsyr), uplo, n, alpha, x, incx, a, lda); }

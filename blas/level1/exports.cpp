@@ -1,7 +1,7 @@
-// Export table of the level-1 kernels and of the level-2 entries other kernels
-// call back. Each line is one C-linkage function that unwraps its by-address
-// arguments and forwards to a template; the macros only paste names.
-#include "blas/level2/gemv.h"
+// Export table of the level-1 kernels. Each line is one C-linkage function
+// that unwraps its by-address arguments and forwards to a template; the macros
+// only paste names.
+#include "blas/level1/level1.h"
 #include "frame/export.h"
 
 using namespace ork;
@@ -107,10 +107,3 @@ ORK_DOTI(cdotui, ork_complex8, false)
 ORK_DOTI(zdotci, ork_complex16, true)
 ORK_DOTI(zdotui, ork_complex16, false)
 
-// ---- level 2 main entries behind the dispatched gemv and syr
-#define ORK_GEMV(p, C) \
-    ORK_API void ork_blas_x##p##gemv(const char* trans, const ork_int* m, const ork_int* n, const C* alpha, const C* a, const ork_int* lda, const C* x, const ork_int* incx, const C* beta, C* y, const ork_int* incy) { blas::gemv(flag(trans), *m, *n, *as_elem(alpha), as_elem(a), *lda, as_elem(x), *incx, *as_elem(beta), as_elem(y), *incy); }
-ORK_FOR_SDCZ(ORK_GEMV)
-#define ORK_SYR(p, R) \
-    ORK_API void ork_blas_x##p##syr(const char* uplo, const ork_int* n, const R* alpha, const R* x, const ork_int* incx, R* a, const ork_int* lda) { blas::syr(flag(uplo), *n, *alpha, x, *incx, a, *lda); }
-ORK_FOR_SD(ORK_SYR)

@@ -1,0 +1,45 @@
+// The unit-stride inner kernels of the level-2 products and updates: the
+// narrow interface that each processor generation implements
+// (blas/level2/<generation>/inner.cpp). The templates of blas/level2 handle
+// flags, storage, increments and quick returns and call these only with
+// contiguous vectors.
+//
+// Each kernel computes every output element with the same operations in the
+// same order wherever the element lies (tails are padded to full vectors), so
+// a product split over rows or columns gives the bits of the whole product.
+#pragma once
+
+#include "frame/types.h"
+
+namespace ork::inner {
+
+// y[0..m) += sum over k < n of A(:, k)*t[k], A column-major with leading
+// dimension lda; several columns per pass over y. Per element: the products
+// of a group of columns summed in column order, then added to y.
+void gemv_n(idx m, idx n, const float* a, idx lda, const float* t, float* y);
+void gemv_n(idx m, idx n, const double* a, idx lda, const double* t, double* y);
+void gemv_n(idx m, idx n, const cx<float>* a, idx lda, const cx<float>* t, cx<float>* y);
+void gemv_n(idx m, idx n, const cx<double>* a, idx lda, const cx<double>* t, cx<double>* y);
+
+// r[k] += sum over i < m of op(A(i, k))*x[i] for k < n, op = conj when conj
+// is set; several columns per pass over x. The order of the sum of one column
+// depends on m alone.
+void gemv_t(idx m, idx n, const float* a, idx lda, const float* x, float* r, bool conj);
+void gemv_t(idx m, idx n, const double* a, idx lda, const double* x, double* r, bool conj);
+void gemv_t(idx m, idx n, const cx<float>* a, idx lda, const cx<float>* x, cx<float>* r, bool conj);
+void gemv_t(idx m, idx n, const cx<double>* a, idx lda, const cx<double>* x, cx<double>* r, bool conj);
+
+// One column of a symmetric or Hermitian product read once for both of its
+// uses: y[i] += t*a[i] for i < m, and the result is sum op(a[i])*x[i].
+float axpy_dot(idx m, const float* a, float t, const float* x, float* y, bool conj);
+double axpy_dot(idx m, const double* a, double t, const double* x, double* y, bool conj);
+cx<float> axpy_dot(idx m, const cx<float>* a, cx<float> t, const cx<float>* x, cx<float>* y, bool conj);
+cx<double> axpy_dot(idx m, const cx<double>* a, cx<double> t, const cx<double>* x, cx<double>* y, bool conj);
+
+// One column of a rank-2 update: a[i] := (a[i] + x[i]*t1) + y[i]*t2.
+void axpy2(idx m, const float* x, float t1, const float* y, float t2, float* a);
+void axpy2(idx m, const double* x, double t1, const double* y, double t2, double* a);
+void axpy2(idx m, const cx<float>* x, cx<float> t1, const cx<float>* y, cx<float> t2, cx<float>* a);
+void axpy2(idx m, const cx<double>* x, cx<double> t1, const cx<double>* y, cx<double> t2, cx<double>* a);
+
+}  // namespace ork::inner

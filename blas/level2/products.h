@@ -1,0 +1,132 @@
+// Matrix-vector products of level 2, over the element type: general (gemv),
+// general band (gbmv), and symmetric or Hermitian in full, band or packed
+// storage (one template; the Hermitian form conjugates the transposed half
+// and reads only the real part of the diagonal).
+#pragma once
+
+#include "blas/level2/inner.h"
+#include "blas/level2/storage.h"
+
+namespace ork::blas {
+
+// y := alpha*op(A)*x + beta*y; op from the first letter of trans (N, T, C;
+// C conjugates A). Columns go to the inner kernels in blocks whose scaled
+// x (N) or partial sums (T, C) sit on the stack; a strided y (N) or x (T, C)
+// passes through a stack buffer a block of rows at a time.
+template <class T>
+void gemv(char trans, idx m, idx n, T alpha, const T* a, idx lda, const T* x, idx incx, T beta, T* y,
+          idx incy) {
+    if (m <= 0 || n <= 0 || (alpha == zero<T>() && beta == one<T>())) return;
+    const bool notrans = trans == 'N';
+    const idx leny = notrans ? m : n, lenx = notrans ? n : m;
+    scale_vector(leny, beta, y, incy);
+    if (alpha == zero<T>()) return;
+    constexpr idx col_block = 128, row_block = 512;
+    T buf[col_block], rowbuf[row_block];
+    strided xv(lenx, x, incx);
+    strided yv(leny, y, incy);
+    if (notrans) {
+        // y_i += sum_j A(i, j)*(alpha*x_j); per element the same operations
+        // wherever the rows start, so a split over rows keeps the bits
+        const idx step = incy == 1 ? m : row_block;
+        for (idx i0 = 0; i0 < m; i0 += step) {
+            const idx len = m - i0 < step ? m - i0 : step;
+            T* yc = incy == 1 ? y : rowbuf;
+            if (incy != 1)
+                for (idx i = 0; i < len; ++i) yc[i] = yv[i0 + i];
+            for (idx j0 = 0; j0 < n; j0 += col_block) {
+                const idx nb = n - j0 < col_block ? n - j0 : col_block;
+                for (idx k = 0; k < nb; ++k) buf[k] = alpha * xv[j0 + k];
+                inner::gemv_n(len, nb, a + i0 + j0 * lda, lda, buf, yc);
+            }
+            if (incy != 1)
+                for (idx i = 0; i < len; ++i) yv[i0 + i] = yc[i];
+        }
+        return;
+    }
+    // y_j += alpha*sum_i op(A(i, j))*x_i; a column's sum depends on m and on
+    // whether x is contiguous, never on the other columns
+    const bool conj_a = trans == 'C';
+    const idx step = incx == 1 ? m : row_block;
+    for (idx j0 = 0; j0 < n; j0 += col_block) {
+        const idx nb = n - j0 < col_block ? n - j0 : col_block;
+        for (idx k = 0; k < nb; ++k) buf[k] = zero<T>();
+        for (idx i0 = 0; i0 < m; i0 += step) {
+            const idx len = m - i0 < step ? m - i0 : step;
+            const T* xc = x;
+            if (incx != 1) {
+                for (idx i = 0; i < len; ++i) rowbuf[i] = xv[i0 + i];
+                xc = rowbuf;
+            }
+            inner::gemv_t(len, nb, a + i0 + j0 * lda, lda, xc, buf, conj_a);
+        }
+        for (idx k = 0; k < nb; ++k) yv[j0 + k] += alpha * buf[k];
+    }
+}
+
+// The same with A an m-by-n band of kl sub- and ku super-diagonals, stored as
+// rows of an lda-by-n array (A(i, j) at a[ku + i - j + j*lda]). One column
+// at a time: an axpy (N) or a dot product (T, C) over its stored rows.
+template <class T>
+void gbmv(char trans, idx m, idx n, idx kl, idx ku, T alpha, const T* a, idx lda, const T* x, idx incx, T beta,
+          T* y, idx incy) {
+    if (m <= 0 || n <= 0 || (alpha == zero<T>() && beta == one<T>())) return;
+    const bool notrans = trans == 'N', conj_a = trans == 'C';
+    const idx leny = notrans ? m : n, lenx = notrans ? n : m;
+    scale_vector(leny, beta, y, incy);
+    if (alpha == zero<T>()) return;
+    strided xv(lenx, x, incx);
+    strided yv(leny, y, incy);
+    const idx jend = n < m + ku ? n : m + ku;  // columns past it hold no stored row
+    for (idx j = 0; j < jend; ++j) {
+        const T* p = a + j * lda + ku - j;
+        const idx lo = j - ku > 0 ? j - ku : 0, hi = j + kl + 1 < m ? j + kl + 1 : m;
+        if (notrans) {
+            const T t = alpha * xv[j];
+            if (incy == 1) inner::axpy(hi - lo, t, p + lo, y + lo);
+            else
+                for (idx i = lo; i < hi; ++i) yv[i] += t * p[i];
+        } else {
+            T s = zero<T>();
+            if (incx == 1) {
+                if constexpr (is_complex<T>) s = inner::dot(hi - lo, p + lo, x + lo, conj_a);
+                else s = inner::dot(hi - lo, p + lo, x + lo);
+            } else {
+                for (idx i = lo; i < hi; ++i) s += (conj_a ? conj(p[i]) : p[i]) * xv[i];
+            }
+            yv[j] += alpha * s;
+        }
+    }
+}
+
+// y := alpha*A*x + beta*y with A symmetric (Herm = false) or Hermitian, one
+// triangle stored in storage S. Column j of the stored triangle is read once
+// for both of its uses: y_i += (alpha*x_j)*a_ij over its off-diagonal rows,
+// and the sum of op(a_ij)*x_i, which then goes to y_j with the diagonal term.
+template <class T, bool Herm, class S>
+void symmetric_mv(bool upper, idx n, T alpha, S st, const T* x, idx incx, T beta, T* y, idx incy) {
+    if (n <= 0 || (alpha == zero<T>() && beta == one<T>())) return;
+    scale_vector(n, beta, y, incy);
+    if (alpha == zero<T>()) return;
+    strided xv(n, x, incx);
+    strided yv(n, y, incy);
+    const bool unit = incx == 1 && incy == 1;
+    for (idx j = 0; j < n; ++j) {
+        const T t1 = alpha * xv[j];
+        const T* p = st.col(j, upper);
+        rows r = triangle_rows(j, n, st.reach, upper);
+        if (upper) --r.hi;  // the diagonal is taken on its own
+        else ++r.lo;
+        T t2 = zero<T>();
+        if (unit) t2 = inner::axpy_dot(r.hi - r.lo, p + r.lo, t1, x + r.lo, y + r.lo, Herm);
+        else
+            for (idx i = r.lo; i < r.hi; ++i) {
+                yv[i] += t1 * p[i];
+                t2 += (Herm ? conj(p[i]) : p[i]) * xv[i];
+            }
+        if constexpr (Herm) yv[j] += times(t1, p[j].re) + alpha * t2;
+        else yv[j] += t1 * p[j] + alpha * t2;
+    }
+}
+
+}  // namespace ork::blas

@@ -1,0 +1,233 @@
+// Level-2 inner kernels of the baseline generation, in SSE2 intrinsics.
+//
+// A complex vector is handled as interleaved reals: t*a is a*re(t) +
+// swap(a)*(-im(t), im(t)), which rounds like the reference formula, and a
+// complex sum of products keeps sum a*x and sum a*swap(x) lane by lane,
+// combined at the end according to the conjugation. Tails are loaded into
+// zero-padded vectors so that every element sees the operations of the main
+// loop, whatever its position.
+#include <emmintrin.h>
+
+#include <cstring>
+
+#include "blas/level2/inner.h"
+#include "frame/sse2/simd.h"
+
+namespace ork::inner {
+namespace {
+
+using sse2::simd;
+
+// ---- element types over 16-byte vectors
+template <class T> struct vec;
+
+template <class R> struct vec_base {
+    using S = simd<R>;
+    using V = typename S::V;
+    static constexpr int reals = S::lanes;
+};
+
+template <class R> struct vec : vec_base<R> {
+    using typename vec_base<R>::S;
+    using typename vec_base<R>::V;
+    static constexpr int per = S::lanes;  // elements per vector
+    // multiplication by a scalar of the element type
+    struct scalar {
+        V v;
+        scalar() = default;
+        explicit scalar(R t) : v(S::set1(t)) {}
+        V times(V a) const { return S::mul(a, v); }
+    };
+    // sum of products a*x
+    struct sum {
+        V p = S::zero();
+        void add(V a, V x) { p = S::add(p, S::mul(a, x)); }
+        void add(const sum& o) { p = S::add(p, o.p); }
+        R result(bool) const {
+            alignas(16) R l[S::lanes];
+            S::store(l, p);
+            if constexpr (S::lanes == 2) return l[0] + l[1];
+            else return (l[0] + l[1]) + (l[2] + l[3]);
+        }
+    };
+};
+
+inline __m128d swap_pairs(__m128d a) { return _mm_shuffle_pd(a, a, 1); }
+inline __m128 swap_pairs(__m128 a) { return _mm_shuffle_ps(a, a, _MM_SHUFFLE(2, 3, 0, 1)); }
+
+template <class R> struct vec<cx<R>> : vec_base<R> {
+    using typename vec_base<R>::S;
+    using typename vec_base<R>::V;
+    static constexpr int per = S::lanes / 2;
+    struct scalar {
+        V re, im;
+        scalar() = default;
+        explicit scalar(cx<R> t) : re(S::set1(t.re)) {
+            if constexpr (S::lanes == 2) im = _mm_set_pd(t.im, -t.im);
+            else im = _mm_set_ps(t.im, -t.im, t.im, -t.im);
+        }
+        V times(V a) const { return S::add(S::mul(a, re), S::mul(swap_pairs(a), im)); }
+    };
+    // p holds (sum ar*xr, sum ai*xi), q holds (sum ar*xi, sum ai*xr) per element slot
+    struct sum {
+        V p = S::zero(), q = S::zero();
+        void add(V a, V x) {
+            p = S::add(p, S::mul(a, x));
+            q = S::add(q, S::mul(a, swap_pairs(x)));
+        }
+        void add(const sum& o) {
+            p = S::add(p, o.p);
+            q = S::add(q, o.q);
+        }
+        cx<R> result(bool conj) const {
+            alignas(16) R lp[S::lanes], lq[S::lanes];
+            S::store(lp, p);
+            S::store(lq, q);
+            R rr = lp[0], ii = lp[1], ri = lq[0], ir = lq[1];
+            if constexpr (S::lanes == 4) rr += lp[2], ii += lp[3], ri += lq[2], ir += lq[3];
+            return conj ? cx<R>{rr + ii, ri - ir} : cx<R>{rr - ii, ri + ir};
+        }
+    };
+};
+
+// Loads and stores of `count` elements at p: a whole vector when count is
+// the vector's width, else through a zero-padded copy.
+template <class T>
+typename vec<T>::V load(const T* p, idx count) {
+    using W = vec<T>;
+    using R = real_t<T>;
+    if (count == W::per) return W::S::loadu(reinterpret_cast<const R*>(p));
+    alignas(16) T b[W::per] = {};
+    std::memcpy(b, p, sizeof(T) * std::size_t(count));
+    return W::S::load(reinterpret_cast<const R*>(b));
+}
+template <class T>
+void store(T* p, typename vec<T>::V v, idx count) {
+    using W = vec<T>;
+    using R = real_t<T>;
+    if (count == W::per) return W::S::storeu(reinterpret_cast<R*>(p), v);
+    alignas(16) T b[W::per];
+    W::S::store(reinterpret_cast<R*>(b), v);
+    std::memcpy(p, b, sizeof(T) * std::size_t(count));
+}
+
+// f(i, count) over [0, m) in whole vectors, then the padded tail.
+template <class T, class F>
+void over_rows(idx m, F f) {
+    constexpr idx P = vec<T>::per;
+    idx i = 0;
+    for (; i + P <= m; i += P) f(i, P);
+    if (i < m) f(i, m - i);
+}
+
+// Columns per pass: four of reals, two of complex (whose sums take two
+// registers each).
+template <class T> constexpr int group = is_complex<T> ? 2 : 4;
+
+// ---- y += A*t, C columns at a time: s = a0*t0 + a1*t1 + ... in column order
+template <class T, int C>
+void gemv_n_group(idx m, const T* a, idx lda, const T* t, T* y) {
+    using W = vec<T>;
+    using S = typename W::S;
+    typename W::scalar ts[C];
+    for (int k = 0; k < C; ++k) ts[k] = typename W::scalar(t[k]);
+    over_rows<T>(m, [&](idx i, idx count) {
+        auto s = ts[0].times(load(a + i, count));
+        for (int k = 1; k < C; ++k) s = S::add(s, ts[k].times(load(a + k * lda + i, count)));
+        store(y + i, S::add(load(y + i, count), s), count);
+    });
+}
+
+template <class T>
+void gemv_n_any(idx m, idx n, const T* a, idx lda, const T* t, T* y) {
+    constexpr int C = group<T>;
+    idx j = 0;
+    for (; j + C <= n; j += C) gemv_n_group<T, C>(m, a + j * lda, lda, t + j, y);
+    for (; j < n; ++j) gemv_n_group<T, 1>(m, a + j * lda, lda, t + j, y);
+}
+
+// ---- r += A'*x, C columns at a time. Each column keeps U partial sums,
+// vector v of the column going to sum v mod U; they are added in order at the
+// end, then the lanes. The same code serves one column, so a column's sum
+// never depends on its neighbours.
+template <class T> constexpr int unroll = is_complex<T> ? 1 : 2;
+
+template <class T, int C>
+void gemv_t_group(idx m, const T* a, idx lda, const T* x, T* r, bool conj) {
+    using W = vec<T>;
+    constexpr idx P = W::per;
+    constexpr int U = unroll<T>;
+    typename W::sum s[C][U];
+    idx i = 0;
+    for (; i + U * P <= m; i += U * P)
+        for (int u = 0; u < U; ++u) {
+            const auto xv = load(x + i + u * P, P);
+            for (int k = 0; k < C; ++k) s[k][u].add(load(a + k * lda + i + u * P, P), xv);
+        }
+    for (int u = 0; i < m; ++u, i += P) {
+        const idx count = m - i < P ? m - i : P;
+        const auto xv = load(x + i, count);
+        for (int k = 0; k < C; ++k) s[k][u].add(load(a + k * lda + i, count), xv);
+    }
+    for (int k = 0; k < C; ++k) {
+        for (int u = 1; u < U; ++u) s[k][0].add(s[k][u]);
+        r[k] += s[k][0].result(conj);
+    }
+}
+
+template <class T>
+void gemv_t_any(idx m, idx n, const T* a, idx lda, const T* x, T* r, bool conj) {
+    constexpr int C = group<T>;
+    idx j = 0;
+    for (; j + C <= n; j += C) gemv_t_group<T, C>(m, a + j * lda, lda, x, r + j, conj);
+    for (; j < n; ++j) gemv_t_group<T, 1>(m, a + j * lda, lda, x, r + j, conj);
+}
+
+// ---- y += t*a and sum op(a)*x in one pass; U partial sums as above.
+template <class T>
+T axpy_dot_any(idx m, const T* a, T t, const T* x, T* y, bool conj) {
+    using W = vec<T>;
+    using S = typename W::S;
+    constexpr idx P = W::per;
+    constexpr int U = unroll<T>;
+    const typename W::scalar ts(t);
+    typename W::sum s[U];
+    idx v = 0;
+    over_rows<T>(m, [&](idx i, idx count) {
+        const auto av = load(a + i, count);
+        store(y + i, S::add(load(y + i, count), ts.times(av)), count);
+        s[v % U].add(av, load(x + i, count));
+        ++v;
+    });
+    (void)P;
+    for (int u = 1; u < U; ++u) s[0].add(s[u]);
+    return s[0].result(conj);
+}
+
+// ---- a := (a + x*t1) + y*t2
+template <class T>
+void axpy2_any(idx m, const T* x, T t1, const T* y, T t2, T* a) {
+    using W = vec<T>;
+    using S = typename W::S;
+    const typename W::scalar s1(t1), s2(t2);
+    over_rows<T>(m, [&](idx i, idx count) {
+        auto v = S::add(load(a + i, count), s1.times(load(x + i, count)));
+        store(a + i, S::add(v, s2.times(load(y + i, count))), count);
+    });
+}
+
+}  // namespace
+
+#define ORK_LEVEL2_INNER(T)                                                                                   \
+    void gemv_n(idx m, idx n, const T* a, idx lda, const T* t, T* y) { gemv_n_any(m, n, a, lda, t, y); }     \
+    void gemv_t(idx m, idx n, const T* a, idx lda, const T* x, T* r, bool conj) {                            \
+        gemv_t_any(m, n, a, lda, x, r, conj);                                                                 \
+    }                                                                                                         \
+    T axpy_dot(idx m, const T* a, T t, const T* x, T* y, bool conj) { return axpy_dot_any(m, a, t, x, y, conj); } \
+    void axpy2(idx m, const T* x, T t1, const T* y, T t2, T* a) { axpy2_any(m, x, t1, y, t2, a); }
+ORK_LEVEL2_INNER(float)
+ORK_LEVEL2_INNER(double)
+ORK_LEVEL2_INNER(cx<float>)
+ORK_LEVEL2_INNER(cx<double>)
+
+}  // namespace ork::inner
