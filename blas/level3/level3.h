@@ -1,0 +1,381 @@
+// The level-3 kernels besides the general product, written once over the
+// element type: symmetric and Hermitian products, rank-k and rank-2k updates,
+// triangular multiply and solve. Rectangular work goes through this
+// library's own gemm drivers; diagonal blocks through compact loops here.
+#pragma once
+
+#include <type_traits>
+
+#include "blas/gemm/small.h"
+#include "frame/export.h"
+#include "ork/gemm_kernels.h"
+
+namespace ork::level3 {
+
+using gemm::op_at;
+using gemm::op_ptr;
+
+template <class T> constexpr T minus_one() { return zero<T>() - one<T>(); }
+template <class T> T* take(idx elements) { return static_cast<T*>(ork_serv_allocate(std::size_t(elements) * sizeof(T), 64)); }
+
+// a/b; complex quotients by Smith's method, which avoids overflow in |b|^2.
+template <class R> R divide(R a, R b) { return a / b; }
+template <class R> cx<R> divide(cx<R> a, cx<R> b) {
+    if (__builtin_fabs(b.re) >= __builtin_fabs(b.im)) {
+        const R r = b.im / b.re, d = b.re + r * b.im;
+        return {(a.re + a.im * r) / d, (a.im - a.re * r) / d};
+    }
+    const R r = b.re / b.im, d = b.im + r * b.re;
+    return {(a.re * r + a.im) / d, (a.im * r - a.re) / d};
+}
+
+// The driver's flag words; only the first letter is read.
+inline const char* word(char t) { return t == 'N' ? "No tranpose" : t == 'T' ? "Transpose" : "Conjugate transpose"; }
+
+// C := alpha*op(A)*op(B) + beta*C through the exported driver of T.
+template <class T>
+void mm(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, idx lda, const T* b, idx ldb, T beta, T* c,
+        idx ldc) {
+    if (m < 1 || n < 1) return;
+    using C = typename c_type_of<T>::type;
+    const C al = to_c(alpha), be = to_c(beta);
+    auto A = reinterpret_cast<const C*>(a), B = reinterpret_cast<const C*>(b);
+    auto Cp = reinterpret_cast<C*>(c);
+    const char *fa = word(ta), *fb = word(tb);
+    if constexpr (std::is_same_v<T, float>) ork_blas_xsgemm(fa, fb, &m, &n, &k, &al, A, &lda, B, &ldb, &be, Cp, &ldc);
+    else if constexpr (std::is_same_v<T, double>) ork_blas_xdgemm(fa, fb, &m, &n, &k, &al, A, &lda, B, &ldb, &be, Cp, &ldc);
+    else if constexpr (std::is_same_v<T, cx<float>>) ork_blas_xcgemm(fa, fb, &m, &n, &k, &al, A, &lda, B, &ldb, &be, Cp, &ldc);
+    else ork_blas_xzgemm(fa, fb, &m, &n, &k, &al, A, &lda, B, &ldb, &be, Cp, &ldc);
+}
+
+// Order of the diagonal blocks of the triangular kernels: one depth block
+// of the gemm engine of T, so each update is one pass of its nest.
+template <class T> constexpr idx tri_block = is_complex<T> ? 64 : std::is_same_v<T, float> ? 112 : 128;
+
+// Calls f(j, G) for groups of G = 4 columns, then single ones. The kernels
+// below give each column the same operations whatever group it falls in, so
+// results do not depend on how the columns of B are split.
+template <class F> void column_groups(idx n, F f) {
+    idx j = 0;
+    for (; j + 4 <= n; j += 4) f(j, std::integral_constant<int, 4>{});
+    for (; j < n; ++j) f(j, std::integral_constant<int, 1>{});
+}
+
+// w (nb x nb, ld nb) := op(A) of the diagonal block at a, on op(A)'s own
+// triangle only (the stored one seen through op), 1 on a unit diagonal;
+// the other triangle of w is not written and never read.
+template <class T>
+void take_triangle(char t, bool stored_lower, bool unit, idx nb, const T* a, idx lda, T* w) {
+    const bool op_lower = stored_lower == (t == 'N');
+    for (idx j = 0; j < nb; ++j) {
+        const idx i0 = op_lower ? j + 1 : 0, i1 = op_lower ? nb : j;
+        for (idx i = i0; i < i1; ++i) w[i + j * nb] = op_at(t, a, lda, i, j);
+        w[j + j * nb] = unit ? one<T>() : op_at(t, a, lda, j, j);
+    }
+}
+
+// ---- compact triangular kernels on one diagonal block W (nb x nb, ld nb)
+
+// B := W^-1 B (B nb x n): column sweeps, forward for lower W, backward for
+// upper; each x_k is divided by W(k, k).
+template <class T>
+void solve_left(bool lower, idx nb, const T* w, idx n, T* b, idx ldb) {
+    column_groups(n, [&](idx j, auto g) {
+        constexpr int G = decltype(g)::value;
+        T* x[G];
+        for (int q = 0; q < G; ++q) x[q] = b + (j + q) * ldb;
+        for (idx s = 0; s < nb; ++s) {
+            const idx k = lower ? s : nb - 1 - s;
+            const T* wk = w + k * nb;
+            T xk[G];
+            for (int q = 0; q < G; ++q) xk[q] = x[q][k] = divide(x[q][k], wk[k]);
+            const idx i0 = lower ? k + 1 : 0, i1 = lower ? nb : k;
+            for (idx i = i0; i < i1; ++i)
+                for (int q = 0; q < G; ++q) x[q][i] -= xk[q] * wk[i];
+        }
+    });
+}
+
+// B := B W^-1 (B m x nb): column c of the solution is column c of B less
+// the solved columns before it (upper W) or after it (lower W), divided by
+// W(c, c). Rows go in chunks that stay in cache.
+template <class T>
+void solve_right(bool lower, idx nb, const T* w, idx m, T* b, idx ldb) {
+    constexpr idx chunk = 256;
+    for (idx r0 = 0; r0 < m; r0 += chunk) {
+        const idx h = m - r0 < chunk ? m - r0 : chunk;
+        T* br = b + r0;
+        for (idx s = 0; s < nb; ++s) {
+            const idx c = lower ? nb - 1 - s : s;
+            T* bc = br + c * ldb;
+            const idx l0 = lower ? c + 1 : 0, l1 = lower ? nb : c;
+            for (idx l = l0; l < l1; ++l) {
+                const T f = w[l + c * nb];
+                const T* bl = br + l * ldb;
+                for (idx i = 0; i < h; ++i) bc[i] -= f * bl[i];
+            }
+            const T d = w[c + c * nb];
+            for (idx i = 0; i < h; ++i) bc[i] = divide(bc[i], d);
+        }
+    }
+}
+
+// B := alpha*W*B in place (B nb x n): upper W takes the rows from the top,
+// lower W from the bottom, so each row is read before it is overwritten.
+template <class T>
+void multiply_left(bool lower, idx nb, const T* w, T alpha, idx n, T* b, idx ldb) {
+    column_groups(n, [&](idx j, auto g) {
+        constexpr int G = decltype(g)::value;
+        T* x[G];
+        for (int q = 0; q < G; ++q) x[q] = b + (j + q) * ldb;
+        for (idx s = 0; s < nb; ++s) {
+            const idx k = lower ? nb - 1 - s : s;
+            const T* wk = w + k * nb;
+            T t[G];
+            for (int q = 0; q < G; ++q) t[q] = alpha * x[q][k];
+            const idx i0 = lower ? k + 1 : 0, i1 = lower ? nb : k;
+            for (idx i = i0; i < i1; ++i)
+                for (int q = 0; q < G; ++q) x[q][i] += t[q] * wk[i];
+            for (int q = 0; q < G; ++q) x[q][k] = t[q] * wk[k];
+        }
+    });
+}
+
+// B := alpha*B*W in place (B m x nb): upper W builds the columns from the
+// last, lower W from the first, each from columns not yet overwritten.
+template <class T>
+void multiply_right(bool lower, idx nb, const T* w, T alpha, idx m, T* b, idx ldb) {
+    constexpr idx chunk = 256;
+    for (idx r0 = 0; r0 < m; r0 += chunk) {
+        const idx h = m - r0 < chunk ? m - r0 : chunk;
+        T* br = b + r0;
+        for (idx s = 0; s < nb; ++s) {
+            const idx c = lower ? s : nb - 1 - s;
+            T* bc = br + c * ldb;
+            const T d = alpha * w[c + c * nb];
+            for (idx i = 0; i < h; ++i) bc[i] = d * bc[i];
+            const idx l0 = lower ? c + 1 : 0, l1 = lower ? nb : c;
+            for (idx l = l0; l < l1; ++l) {
+                const T f = alpha * w[l + c * nb];
+                const T* bl = br + l * ldb;
+                for (idx i = 0; i < h; ++i) bc[i] += f * bl[i];
+            }
+        }
+    }
+}
+
+// ---- triangular solve and multiply, blocked: the diagonal blocks through
+// the compact kernels, the coupling with the rest through gemm.
+struct tri_call {
+    bool left, lower;  // side L; A stored lower
+    char t;            // op of A: N, T or C
+    bool unit;
+    bool op_lower() const { return lower == (t == 'N'); }
+};
+
+// Visits the diagonal blocks of order na in blocks of nb, from the first
+// (ascending) or from the last, the partial block coming last either way.
+template <class F> void diagonal_blocks(idx na, idx nb, bool ascending, F f) {
+    for (idx s = 0; s < na; s += nb) {
+        const idx ib = na - s < nb ? na - s : nb;
+        f(ascending ? s : na - s - ib, ib);
+    }
+}
+
+// op(A)*X = alpha*B (left) or X*op(A) = alpha*B (right), X over B (m x n).
+// B is scaled by alpha first; each block is solved, then subtracted from the
+// unknowns not yet solved (right-looking).
+template <class T>
+void trsm(const tri_call& s, idx m, idx n, T alpha, const T* a, idx lda, T* b, idx ldb) {
+    if (m < 1 || n < 1) return;
+    if (alpha == zero<T>()) return gemm::zerom(m, n, b, ldb);
+    if (!(alpha == one<T>())) gemm::scalm(m, n, alpha, b, ldb);
+    const idx na = s.left ? m : n, nb = tri_block<T>;
+    const bool forward = s.left == s.op_lower();
+    T* w = take<T>(nb * nb);
+    diagonal_blocks(na, nb, forward, [&](idx i0, idx ib) {
+        take_triangle(s.t, s.lower, s.unit, ib, a + i0 + i0 * lda, lda, w);
+        const idx r0 = forward ? i0 + ib : 0, rn = forward ? na - r0 : i0;  // unknowns left
+        if (s.left) {
+            solve_left(s.op_lower(), ib, w, n, b + i0, ldb);
+            mm(s.t, 'N', rn, n, ib, minus_one<T>(), op_ptr(s.t, a, lda, r0, i0), lda, b + i0, ldb, one<T>(), b + r0, ldb);
+        } else {
+            solve_right(s.op_lower(), ib, w, m, b + i0 * ldb, ldb);
+            mm('N', s.t, m, rn, ib, minus_one<T>(), b + i0 * ldb, ldb, op_ptr(s.t, a, lda, i0, r0), lda, one<T>(),
+               b + r0 * ldb, ldb);
+        }
+    });
+    ork_serv_deallocate(w);
+}
+
+// B := alpha*op(A)*B (left) or alpha*B*op(A) (right). Each block of the
+// result takes its diagonal part in place, then the part of the rest of B
+// that is still unchanged, so blocks go in the order that keeps it so.
+template <class T>
+void trmm(const tri_call& s, idx m, idx n, T alpha, const T* a, idx lda, T* b, idx ldb) {
+    if (m < 1 || n < 1) return;
+    if (alpha == zero<T>()) return gemm::zerom(m, n, b, ldb);
+    const idx na = s.left ? m : n, nb = tri_block<T>;
+    const bool ascending = s.left != s.op_lower();
+    T* w = take<T>(nb * nb);
+    diagonal_blocks(na, nb, ascending, [&](idx i0, idx ib) {
+        take_triangle(s.t, s.lower, s.unit, ib, a + i0 + i0 * lda, lda, w);
+        const idx o0 = ascending ? i0 + ib : 0, on = ascending ? na - o0 : i0;  // the unchanged rest
+        if (s.left) {
+            multiply_left(s.op_lower(), ib, w, alpha, n, b + i0, ldb);
+            mm(s.t, 'N', ib, n, on, alpha, op_ptr(s.t, a, lda, i0, o0), lda, b + o0, ldb, one<T>(), b + i0, ldb);
+        } else {
+            multiply_right(s.op_lower(), ib, w, alpha, m, b + i0 * ldb, ldb);
+            mm('N', s.t, m, ib, on, alpha, b + o0 * ldb, ldb, op_ptr(s.t, a, lda, o0, i0), lda, one<T>(),
+               b + i0 * ldb, ldb);
+        }
+    });
+    ork_serv_deallocate(w);
+}
+
+// ---- symmetric and Hermitian products
+
+// The fixed workspace of the symmetric product drivers, and the largest
+// diagonal block expanded into it.
+inline constexpr std::size_t symm_workspace_bytes = 524288;
+inline constexpr idx symm_leaf = 128;
+
+// w (na x na, ld na) := the full symmetric (Hermitian: real diagonal,
+// conjugate mirror) matrix whose `lower` or upper triangle is stored at a.
+template <class T, bool herm>
+void expand(bool lower, idx na, const T* a, idx lda, T* w) {
+    for (idx j = 0; j < na; ++j)
+        for (idx i = 0; i < na; ++i) {
+            const bool stored = lower ? i >= j : i <= j;
+            T v = stored ? a[i + j * lda] : a[j + i * lda];
+            if constexpr (herm) {
+                if (i == j) v = T{v.re, 0};
+                else if (!stored) v = conj(v);
+            }
+            w[i + j * na] = v;
+        }
+}
+
+// C += alpha*A*B (left, C na x n) or alpha*B*A (right, C n x na), A of order
+// na symmetric (Hermitian when herm). A is halved: the diagonal halves
+// recursively, the stored off-diagonal block S through gemm, once plainly
+// and once (conjugate-)transposed for its mirror; a diagonal block of at
+// most symm_leaf is expanded into w and multiplied by gemm.
+template <class T, bool herm>
+void symm_recursive(bool left, bool lower, idx na, idx n, T alpha, const T* a, idx lda, const T* b, idx ldb, T* c,
+                    idx ldc, T* w) {
+    if (na < 1 || n < 1) return;
+    if (na <= symm_leaf) {
+        expand<T, herm>(lower, na, a, lda, w);
+        if (left) mm('N', 'N', na, n, na, alpha, w, na, b, ldb, one<T>(), c, ldc);
+        else mm('N', 'N', n, na, na, alpha, b, ldb, w, na, one<T>(), c, ldc);
+        return;
+    }
+    const idx h1 = na / 2, h2 = na - h1;
+    const char tr = herm ? 'C' : 'T';
+    const char op12 = lower ? tr : 'N', op21 = lower ? 'N' : tr;  // A12, A21 as op(S)
+    const T* S = lower ? a + h1 : a + h1 * lda;
+    const T* a22 = a + h1 + h1 * lda;
+    symm_recursive<T, herm>(left, lower, h1, n, alpha, a, lda, b, ldb, c, ldc, w);
+    if (left) {
+        mm(op12, 'N', h1, n, h2, alpha, S, lda, b + h1, ldb, one<T>(), c, ldc);
+        mm(op21, 'N', h2, n, h1, alpha, S, lda, b, ldb, one<T>(), c + h1, ldc);
+        symm_recursive<T, herm>(left, lower, h2, n, alpha, a22, lda, b + h1, ldb, c + h1, ldc, w);
+    } else {
+        mm('N', op21, n, h1, h2, alpha, b + h1 * ldb, ldb, S, lda, one<T>(), c, ldc);
+        mm('N', op12, n, h2, h1, alpha, b, ldb, S, lda, one<T>(), c + h1 * ldc, ldc);
+        symm_recursive<T, herm>(left, lower, h2, n, alpha, a22, lda, b + h1 * ldb, ldb, c + h1 * ldc, ldc, w);
+    }
+}
+
+// C := alpha*A*B + beta*C or alpha*B*A + beta*C (C m x n): beta first
+// (0 stores zeros), then the recursive product in the fixed workspace.
+template <class T, bool herm>
+void symm(bool left, bool lower, idx m, idx n, T alpha, const T* a, idx lda, const T* b, idx ldb, T beta, T* c,
+          idx ldc) {
+    if (m < 1 || n < 1 || (alpha == zero<T>() && beta == one<T>())) return;
+    if (beta == zero<T>()) gemm::zerom(m, n, c, ldc);
+    else if (!(beta == one<T>())) gemm::scalm(m, n, beta, c, ldc);
+    if (alpha == zero<T>()) return;
+    T* w = static_cast<T*>(ork_serv_allocate(symm_workspace_bytes, 64));
+    symm_recursive<T, herm>(left, lower, left ? m : n, left ? n : m, alpha, a, lda, b, ldb, c, ldc, w);
+    ork_serv_deallocate(w);
+}
+
+// ---- rank-k and rank-2k updates of one triangle of C (n x n)
+
+// Columns of C per block: the diagonal block is computed whole into a
+// temporary, so its unused half costs rank_block/n of the work.
+inline constexpr idx rank_block = 64;
+
+// beta as an element of T (real beta of the Hermitian updates: zero imaginary part).
+template <class T, class B> T as_element(B beta) {
+    if constexpr (std::is_same_v<T, B>) return beta;
+    else return T{beta, 0};
+}
+
+// The triangle of C := beta*C + W over a diagonal block of order nb (W with
+// ld nw; W = null: C := beta*C); beta = 0 stores W (or zeros), so NaN in C
+// does not survive. Hermitian updates keep the diagonal real.
+template <class T, bool herm, class B>
+void merge_triangle(bool lower, idx nb, B beta, const T* w, idx nw, T* c, idx ldc) {
+    const bool beta0 = beta == B{};
+    for (idx j = 0; j < nb; ++j) {
+        const idx i0 = lower ? j : 0, i1 = lower ? nb : j + 1;
+        for (idx i = i0; i < i1; ++i) {
+            T& x = c[i + j * ldc];
+            const T v = w ? w[i + j * nw] : zero<T>();
+            x = beta0 ? v : (w ? beta * x + v : beta * x);
+            if constexpr (herm) {
+                if (i == j) x.im = 0;
+            }
+        }
+    }
+}
+
+// C := alpha*op(A)*op(A)' + beta*C (b null) or alpha*op(A)*op(B)' +
+// alpha2*op(B)*op(A)' + beta*C on the lower or upper triangle, ' being the
+// transpose, or the conjugate transpose when herm (alpha2 = conj(alpha)
+// there, beta real). op is the identity for trans N: A is n x k; else A is
+// k x n. Column blocks of rank_block: the rectangle off the diagonal block
+// through gemm with beta, the diagonal block through gemm into w, then
+// merged onto the triangle.
+template <class T, bool herm, class B>
+void rank_update(bool lower, char trans, idx n, idx k, T alpha, const T* a, idx lda, const T* b, idx ldb, B beta,
+                 T* c, idx ldc) {
+    if (n < 1) return;
+    if (alpha == zero<T>() || k < 1) {
+        if (!(beta == one<B>())) {
+            for (idx j0 = 0; j0 < n; j0 += rank_block) {
+                const idx jb = n - j0 < rank_block ? n - j0 : rank_block;
+                const idx r0 = lower ? j0 + jb : 0, rn = lower ? n - r0 : j0;
+                merge_triangle<T, herm>(lower, jb, beta, static_cast<const T*>(nullptr), 0, c + j0 + j0 * ldc, ldc);
+                gemm::scalm(rn, jb, as_element<T>(beta), c + r0 + j0 * ldc, ldc);
+            }
+        }
+        return;
+    }
+    const bool nt = trans == 'N';
+    const char tr = herm ? 'C' : 'T', ta = nt ? 'N' : tr, tb = nt ? tr : 'N';
+    const T alpha2 = herm ? conj(alpha) : alpha;
+    const T beta_t = as_element<T>(beta);
+    // row r of op(X)
+    auto row = [nt](const T* x, idx ld, idx r) { return nt ? x + r : x + r * ld; };
+    // P(rows r0.., cols c0..) := alpha*op(A)op(B)' [+ alpha2*op(B)op(A)'] + bet*P
+    auto products = [&](idx r0, idx rn, idx c0, idx cn, T bet, T* p, idx ldp) {
+        if (!b) return mm(ta, tb, rn, cn, k, alpha, row(a, lda, r0), lda, row(a, lda, c0), lda, bet, p, ldp);
+        mm(ta, tb, rn, cn, k, alpha, row(a, lda, r0), lda, row(b, ldb, c0), ldb, bet, p, ldp);
+        mm(ta, tb, rn, cn, k, alpha2, row(b, ldb, r0), ldb, row(a, lda, c0), lda, one<T>(), p, ldp);
+    };
+    T* w = take<T>(rank_block * rank_block);
+    for (idx j0 = 0; j0 < n; j0 += rank_block) {
+        const idx jb = n - j0 < rank_block ? n - j0 : rank_block;
+        products(j0, jb, j0, jb, zero<T>(), w, jb);
+        merge_triangle<T, herm>(lower, jb, beta, w, jb, c + j0 + j0 * ldc, ldc);
+        const idx r0 = lower ? j0 + jb : 0, rn = lower ? n - r0 : j0;
+        products(r0, rn, j0, jb, beta_t, c + r0 + j0 * ldc, ldc);
+    }
+    ork_serv_deallocate(w);
+}
+
+}  // namespace ork::level3
