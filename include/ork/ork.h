@@ -7,4 +7,5 @@
 #include "ork/blas.h"
 #include "ork/blas_level2.h"
 #include "ork/blas_level3.h"
+#include "ork/lapack_kernels.h"
 #endif
