@@ -8,4 +8,5 @@
 #include "ork/blas_level2.h"
 #include "ork/blas_level3.h"
 #include "ork/lapack_kernels.h"
+#include "ork/trans.h"
 #endif

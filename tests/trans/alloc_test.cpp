@@ -1,0 +1,112 @@
+// No transposition routine takes memory: every kernel-library dispatcher,
+// including the in-place transposition of non-square matrices, runs while
+// this program counts the calls to the C allocator (which ork_serv_allocate
+// and ork_serv_ork_malloc use as well). It replaces malloc and friends, so it
+// does not run under AddressSanitizer, which owns them there.
+#include <malloc.h>
+
+#include <atomic>
+
+#include "testing.h"
+
+#if defined(__SANITIZE_ADDRESS__)
+#define OT_COUNTS_ALLOCATIONS 0
+#else
+#define OT_COUNTS_ALLOCATIONS 1
+#endif
+
+namespace {
+std::atomic<bool> counting{false};
+std::atomic<long> allocations{0};
+void note() {
+    if (counting.load(std::memory_order_relaxed)) allocations.fetch_add(1, std::memory_order_relaxed);
+}
+}  // namespace
+
+#if OT_COUNTS_ALLOCATIONS
+extern "C" {
+void* __libc_malloc(size_t);
+void* __libc_calloc(size_t, size_t);
+void* __libc_realloc(void*, size_t);
+void* __libc_memalign(size_t, size_t);
+void* malloc(size_t n) {
+    note();
+    return __libc_malloc(n);
+}
+void* calloc(size_t k, size_t n) {
+    note();
+    return __libc_calloc(k, n);
+}
+void* realloc(void* p, size_t n) {
+    note();
+    return __libc_realloc(p, n);
+}
+void* memalign(size_t a, size_t n) {
+    note();
+    return __libc_memalign(a, n);
+}
+void* aligned_alloc(size_t a, size_t n) {
+    note();
+    return __libc_memalign(a, n);
+}
+int posix_memalign(void** p, size_t a, size_t n) {
+    note();
+    *p = __libc_memalign(a, n);
+    return *p ? 0 : 12;
+}
+}
+#endif
+
+namespace {
+
+using namespace ot;
+using u64 = std::uint64_t;
+
+template <class T> struct api;
+#define OT_ALLOC_API(p, T)                                                                                   \
+    template <> struct api<T> {                                                                              \
+        static constexpr const char* omatcopy2 = "ork_trans_ork_" #p "omatcopy2";                            \
+        static constexpr const char* imatcopy = "ork_trans_ork_" #p "imatcopy";                              \
+        static constexpr const char* omatadd = "ork_trans_ork_" #p "omatadd";                                \
+        using omatcopy2_fn = decltype(&ork_trans_ork_##p##omatcopy2);                                        \
+        using imatcopy_fn = decltype(&ork_trans_ork_##p##imatcopy);                                          \
+        using omatadd_fn = decltype(&ork_trans_ork_##p##omatadd);                                            \
+    };
+OT_ALLOC_API(s, float)
+OT_ALLOC_API(d, double)
+OT_ALLOC_API(c, ork_complex8)
+OT_ALLOC_API(z, ork_complex16)
+
+template <class T> class TransAllocation : public ::testing::Test {};
+TYPED_TEST_SUITE(TransAllocation, ElementTypes);
+
+TYPED_TEST(TransAllocation, NoneAnywhere) {
+    if (!OT_COUNTS_ALLOCATIONS) GTEST_SKIP() << "the sanitizer owns malloc";
+    using T = TypeParam;
+    using A = api<T>;
+    const auto copy2 = kernel_symbol<typename A::omatcopy2_fn>(A::omatcopy2);
+    const auto inplace = kernel_symbol<typename A::imatcopy_fn>(A::imatcopy);
+    const auto sum = kernel_symbol<typename A::omatadd_fn>(A::omatadd);
+    const u64 m = 37, n = 23, one = 1, big = 64;
+    std::vector<T> a(big * big, make<T>(1, 2)), b(big * big), c(big * big);
+    const T alpha = make<T>(2, 1);
+    // the check must be able to see an allocation
+    counting = true;
+    void* probe = std::malloc(16);
+    counting = false;
+    std::free(probe);
+    ASSERT_EQ(allocations.exchange(0), 1);
+    counting = true;
+    for (const char* t : {"N", "T", "R", "C"})
+        for (const char* o : {"R", "C"}) {
+            copy2(o, t, &m, &n, &alpha, a.data(), &big, &one, b.data(), &big, &one);
+            for (u64 lb : {m, n, u64(41)}) inplace(o, t, &m, &n, &alpha, a.data(), &n, &lb);
+            inplace(o, t, &m, &m, &alpha, a.data(), &m, &m);
+            sum(o, "N", t, &m, &n, &alpha, a.data(), &big, &alpha, b.data(), &big, c.data(), &big);
+            sum(o, "N", t, &m, &n, &alpha, c.data(), &big, &alpha, b.data(), &big, c.data(), &big);
+        }
+    counting = false;
+    EXPECT_EQ(allocations.load(), 0);
+}
+
+}  // namespace
