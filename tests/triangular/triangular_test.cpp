@@ -234,4 +234,91 @@ TYPED_TEST(Triangular, BlockedSolveOrder) {
                     }
 }
 
+// The product's range pieces over any split, and libork's product on two
+// threads, give the bits of the kernel's whole product.
+TYPED_TEST(Triangular, ProductRangesAndThreads) {
+    using T = TypeParam;
+    using A = tri<T>;
+    std::mt19937_64 g(13);
+    for (idx n : {idx(37), idx(1000)})
+        for (char u : {'U', 'L'})
+            for (char t : {'N', 'T', 'C'})
+                for (idx inc : {idx(1), idx(-2)}) {
+                    SCOPED_TRACE(::testing::Message() << "n=" << n << " uplo=" << u << " trans=" << t << " incx=" << inc);
+                    tri_matrix<T> a(n, n, u == 'U', false, g);
+                    gvec<T> x(n, inc, 0, g);
+                    const auto x0 = x.buf;
+                    const char uf[] = {u, 0}, tf[] = {t, 0}, df[] = {'N', 0};
+                    const auto whole = kernel_symbol<decltype(A::xtrmv)>((std::string("ork_blas_x") + A::letter + "trmv").c_str());
+                    const auto piece = kernel_symbol<decltype(A::piece)>((std::string("ork_blas_x") + A::letter + "trmv_in_thread").c_str());
+                    whole(uf, tf, df, &n, a.full.data(), &a.lda, x.p(), &inc);
+                    std::vector<T> y(static_cast<std::size_t>(n));
+                    // the pieces take x contiguous, as libork hands it to them
+                    std::vector<T> xc(static_cast<std::size_t>(n));
+                    for (idx i = 0; i < n; ++i) xc[std::size_t(i)] = x0[x.pos(i)];
+                    const idx cuts[] = {0, 1, n / 3, n / 3 + 5, n - 2, n}, unit = 1;
+                    for (int c = 0; c + 1 < 6; ++c) {
+                        const idx first = cuts[c], len = cuts[c + 1] - cuts[c];
+                        piece(uf, tf, df, &n, a.full.data(), &a.lda, xc.data(), &unit, y.data() + first, &first, &len);
+                    }
+                    for (idx i = 0; i < n; ++i) EXPECT_TRUE(same(y[std::size_t(i)], x.at(i))) << "piece, element " << i;
+                    gvec<T> z(n, inc, 0, g);
+                    z.buf = x0;
+                    threads_scope two(2);
+                    A::trmv(uf, tf, df, &n, a.full.data(), &a.lda, z.p(), &inc);
+                    EXPECT_TRUE(same_all(z.buf, x.buf));
+                }
+}
+
+// The first bad argument's position, as the reference BLAS numbers them.
+TEST(TriangularErrors, Positions) {
+    const idx n = 3, k = 1, one = 1, zero = 0, neg = -1, two = 2;
+    double a[16] = {}, x[4] = {};
+    struct row {
+        const char *uplo, *trans, *diag;
+        const idx *n, *k, *lda, *incx;
+        int tr, tb, tp;  // expected positions; 0: accepted
+    } rows[] = {
+        {"X", "N", "N", &n, &k, &n, &one, 1, 1, 1},
+        {"U", "X", "N", &n, &k, &n, &one, 2, 2, 2},
+        {"L", "T", "X", &n, &k, &n, &one, 3, 3, 3},
+        {"U", "C", "U", &neg, &k, &n, &one, 4, 4, 4},
+        {"U", "N", "N", &n, &neg, &n, &one, 0, 5, 0},
+        {"U", "N", "N", &n, &k, &two, &one, 6, 0, 0},
+        {"U", "N", "N", &n, &two, &two, &one, 6, 7, 0},
+        {"l", "t", "u", &n, &k, &n, &zero, 8, 9, 7},
+        {"U", "N", "N", &zero, &zero, &one, &zero, 8, 9, 7},
+        {"u", "c", "n", &zero, &zero, &one, &one, 0, 0, 0},
+    };
+    for (const row& r : rows) {
+        SCOPED_TRACE(::testing::Message() << r.uplo << r.trans << r.diag << " n=" << *r.n << " k=" << *r.k << " lda=" << *r.lda << " incx=" << *r.incx);
+        {
+            error_reports e;
+            ork_blas_dtrmv(r.uplo, r.trans, r.diag, r.n, a, r.lda, x, r.incx);
+            EXPECT_TRUE(e.one("ork_blas_dtrmv", r.tr));
+        }
+        {
+            error_reports e;
+            ork_blas_ztrsv(r.uplo, r.trans, r.diag, r.n, reinterpret_cast<ork_complex16*>(a), r.lda, reinterpret_cast<ork_complex16*>(x), r.incx);
+            EXPECT_TRUE(e.one("ork_blas_ztrsv", r.tr));
+        }
+        {
+            error_reports e;
+            ork_blas_stbsv(r.uplo, r.trans, r.diag, r.n, r.k, reinterpret_cast<float*>(a), r.lda, reinterpret_cast<float*>(x), r.incx);
+            EXPECT_TRUE(e.one("ork_blas_stbsv", r.tb));
+        }
+        {
+            error_reports e;
+            ork_blas_ctpmv(r.uplo, r.trans, r.diag, r.n, reinterpret_cast<ork_complex8*>(a), reinterpret_cast<ork_complex8*>(x), r.incx);
+            EXPECT_TRUE(e.one("ork_blas_ctpmv", r.tp));
+        }
+    }
+    error_reports e;  // a missing matrix, then a missing vector
+    ork_blas_dtbmv("U", "N", "N", &n, &k, nullptr, &two, x, &one);
+    ork_blas_dtpsv("U", "N", "N", &n, a, nullptr, &one);
+    ASSERT_EQ(e.seen.size(), 2u);
+    EXPECT_EQ(e.seen[0], std::make_pair(std::string("ork_blas_dtbmv"), 6));
+    EXPECT_EQ(e.seen[1], std::make_pair(std::string("ork_blas_dtpsv"), 6));
+}
+
 }  // namespace
