@@ -240,6 +240,11 @@ void trmm(const tri_call& s, idx m, idx n, T alpha, const T* a, idx lda, T* b, i
 inline constexpr std::size_t symm_workspace_bytes = 524288;
 inline constexpr idx symm_leaf = 128;
 
+// The first part of a halved order n > 64: n/2 rounded up to a multiple of
+// 64, so the gemm calls get whole depth blocks and whole packed groups, and
+// every split of the rank updates falls on a multiple of their block.
+inline idx half(idx n) { return (n / 2 + 63) / 64 * 64; }
+
 // w (na x na, ld na) := the full symmetric (Hermitian: real diagonal,
 // conjugate mirror) matrix whose `lower` or upper triangle is stored at a.
 template <class T, bool herm>
@@ -271,7 +276,7 @@ void symm_recursive(bool left, bool lower, idx na, idx n, T alpha, const T* a, i
         else mm('N', 'N', n, na, na, alpha, b, ldb, w, na, one<T>(), c, ldc);
         return;
     }
-    const idx h1 = na / 2, h2 = na - h1;
+    const idx h1 = half(na), h2 = na - h1;
     const char tr = herm ? 'C' : 'T';
     const char op12 = lower ? tr : 'N', op21 = lower ? 'N' : tr;  // A12, A21 as op(S)
     const T* S = lower ? a + h1 : a + h1 * lda;
@@ -304,7 +309,7 @@ void symm(bool left, bool lower, idx m, idx n, T alpha, const T* a, idx lda, con
 
 // ---- rank-k and rank-2k updates of one triangle of C (n x n)
 
-// Columns of C per block: the diagonal block is computed whole into a
+// Largest diagonal block of the rank updates: it is computed whole into a
 // temporary, so its unused half costs rank_block/n of the work.
 inline constexpr idx rank_block = 64;
 
@@ -337,45 +342,60 @@ void merge_triangle(bool lower, idx nb, B beta, const T* w, idx nw, T* c, idx ld
 // alpha2*op(B)*op(A)' + beta*C on the lower or upper triangle, ' being the
 // transpose, or the conjugate transpose when herm (alpha2 = conj(alpha)
 // there, beta real). op is the identity for trans N: A is n x k; else A is
-// k x n. Column blocks of rank_block: the rectangle off the diagonal block
-// through gemm with beta, the diagonal block through gemm into w, then
-// merged onto the triangle.
+// k x n. The order is halved recursively (split at multiples of
+// rank_block): the rectangle off the diagonal through gemm with beta, each
+// diagonal block of at most rank_block through gemm into w, then merged
+// onto the triangle.
 template <class T, bool herm, class B>
-void rank_update(bool lower, char trans, idx n, idx k, T alpha, const T* a, idx lda, const T* b, idx ldb, B beta,
-                 T* c, idx ldc) {
+struct rank_update {
+    bool lower, nt, two;
+    idx k;
+    T alpha, alpha2, beta_t;
+    B beta;
+    const T *a, *b;
+    idx lda, ldb;
+    T* w;
+
+    const T* row(const T* x, idx ld, idx r) const { return nt ? x + r : x + r * ld; }
+    // P(rows r0.., cols c0..) := alpha*op(A)op(B)' [+ alpha2*op(B)op(A)'] + bet*P
+    void products(idx r0, idx rn, idx c0, idx cn, T bet, T* p, idx ldp) const {
+        const char tr = herm ? 'C' : 'T', ta = nt ? 'N' : tr, tb = nt ? tr : 'N';
+        if (!two) return mm(ta, tb, rn, cn, k, alpha, row(a, lda, r0), lda, row(a, lda, c0), lda, bet, p, ldp);
+        mm(ta, tb, rn, cn, k, alpha, row(a, lda, r0), lda, row(b, ldb, c0), ldb, bet, p, ldp);
+        mm(ta, tb, rn, cn, k, alpha2, row(b, ldb, r0), ldb, row(a, lda, c0), lda, one<T>(), p, ldp);
+    }
+    // The triangle of order n at (j0, j0) of C.
+    void run(idx j0, idx n, T* c, idx ldc) const {
+        if (n <= rank_block) {
+            products(j0, n, j0, n, zero<T>(), w, n);
+            return merge_triangle<T, herm>(lower, n, beta, w, n, c, ldc);
+        }
+        const idx h1 = half(n), h2 = n - h1;
+        run(j0, h1, c, ldc);
+        if (lower) products(j0 + h1, h2, j0, h1, beta_t, c + h1, ldc);
+        else products(j0, h1, j0 + h1, h2, beta_t, c + h1 * ldc, ldc);
+        run(j0 + h1, h2, c + h1 + h1 * ldc, ldc);
+    }
+};
+
+template <class T, bool herm, class B>
+void rank(bool lower, char trans, idx n, idx k, T alpha, const T* a, idx lda, const T* b, idx ldb, B beta, T* c,
+          idx ldc) {
     if (n < 1) return;
     if (alpha == zero<T>() || k < 1) {
-        if (!(beta == one<B>())) {
-            for (idx j0 = 0; j0 < n; j0 += rank_block) {
-                const idx jb = n - j0 < rank_block ? n - j0 : rank_block;
-                const idx r0 = lower ? j0 + jb : 0, rn = lower ? n - r0 : j0;
-                merge_triangle<T, herm>(lower, jb, beta, static_cast<const T*>(nullptr), 0, c + j0 + j0 * ldc, ldc);
-                gemm::scalm(rn, jb, as_element<T>(beta), c + r0 + j0 * ldc, ldc);
-            }
+        if (beta == one<B>()) return;
+        for (idx j0 = 0; j0 < n; j0 += rank_block) {
+            const idx jb = n - j0 < rank_block ? n - j0 : rank_block;
+            const idx r0 = lower ? j0 + jb : 0, rn = lower ? n - r0 : j0;
+            merge_triangle<T, herm>(lower, jb, beta, static_cast<const T*>(nullptr), 0, c + j0 + j0 * ldc, ldc);
+            gemm::scalm(rn, jb, as_element<T>(beta), c + r0 + j0 * ldc, ldc);
         }
         return;
     }
-    const bool nt = trans == 'N';
-    const char tr = herm ? 'C' : 'T', ta = nt ? 'N' : tr, tb = nt ? tr : 'N';
-    const T alpha2 = herm ? conj(alpha) : alpha;
-    const T beta_t = as_element<T>(beta);
-    // row r of op(X)
-    auto row = [nt](const T* x, idx ld, idx r) { return nt ? x + r : x + r * ld; };
-    // P(rows r0.., cols c0..) := alpha*op(A)op(B)' [+ alpha2*op(B)op(A)'] + bet*P
-    auto products = [&](idx r0, idx rn, idx c0, idx cn, T bet, T* p, idx ldp) {
-        if (!b) return mm(ta, tb, rn, cn, k, alpha, row(a, lda, r0), lda, row(a, lda, c0), lda, bet, p, ldp);
-        mm(ta, tb, rn, cn, k, alpha, row(a, lda, r0), lda, row(b, ldb, c0), ldb, bet, p, ldp);
-        mm(ta, tb, rn, cn, k, alpha2, row(b, ldb, r0), ldb, row(a, lda, c0), lda, one<T>(), p, ldp);
-    };
-    T* w = take<T>(rank_block * rank_block);
-    for (idx j0 = 0; j0 < n; j0 += rank_block) {
-        const idx jb = n - j0 < rank_block ? n - j0 : rank_block;
-        products(j0, jb, j0, jb, zero<T>(), w, jb);
-        merge_triangle<T, herm>(lower, jb, beta, w, jb, c + j0 + j0 * ldc, ldc);
-        const idx r0 = lower ? j0 + jb : 0, rn = lower ? n - r0 : j0;
-        products(r0, rn, j0, jb, beta_t, c + r0 + j0 * ldc, ldc);
-    }
-    ork_serv_deallocate(w);
+    const rank_update<T, herm, B> u{lower, trans == 'N', b != nullptr, k, alpha, herm ? conj(alpha) : alpha,
+                                    as_element<T>(beta), beta, a, b, lda, ldb, take<T>(rank_block * rank_block)};
+    u.run(0, n, c, ldc);
+    ork_serv_deallocate(u.w);
 }
 
 }  // namespace ork::level3
