@@ -35,11 +35,13 @@ import sys
 
 REPO = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
 DEFAULT_BIN_DIR = os.path.join(REPO, "build", "release", "bin")
-PROGRAMS = {"level1": "ork-bench-level1", "gemm": "ork-bench-gemm", "triangular": "ork-bench-triangular"}
+PROGRAMS = {"level1": "ork-bench-level1", "gemm": "ork-bench-gemm", "triangular": "ork-bench-triangular",
+            "level3": "ork-bench-level3"}
 # Per mode: --benchmark_min_time and repetitions unless given. The gemm
 # program runs its longest products (a second or more per call) once,
 # whatever the repetitions.
-MODE_DEFAULTS = {"level1": ("0.2", 5), "gemm": ("0.05", 3), "triangular": ("0.2", 3)}
+MODE_DEFAULTS = {"level1": ("0.2", 5), "gemm": ("0.05", 3), "triangular": ("0.2", 3),
+                 "level3": ("0.05", 3)}
 
 # Name fields Google Benchmark appends that are not arguments of the call.
 TIMING_MARKERS = ("real_time", "process_time", "manual_time")
@@ -493,7 +495,7 @@ def main():
         prog = binary or os.path.join(args.bin_dir, PROGRAMS[mode])
         if len(modes) > 1:
             print(f"== {mode}: {prog}\n")
-        if mode == "gemm":
+        if mode in ("gemm", "level3"):  # both: one run per OpenBLAS core type
             gemm_mode(args, extra, prog)
         else:
             single_mode(args, extra, prog)
