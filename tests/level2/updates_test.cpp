@@ -1,0 +1,243 @@
+// The level-2 rank-1 and rank-2 updates (ger, geru, gerc; syr, spr, syr2,
+// spr2 and their Hermitian forms) against long double, with the untouched
+// triangle, padding and guards compared bit for bit; the _in_thread pieces;
+// libork's splits over threads; and the reported position of every
+// argument error of the level-2 entries.
+#include <cmath>
+
+#include "level2_testing.h"
+
+using namespace ot;
+
+namespace {
+
+template <class T> class Updates : public ::testing::Test {};
+TYPED_TEST_SUITE(Updates, ElementTypes);
+
+constexpr std::pair<idx, idx> increments[] = {{1, 1}, {2, -1}, {-3, 2}};
+
+// a0 + d within the bound of a sum of `terms` products of magnitude `mags`
+template <class T> void expect_update(T got, T a0, LC d, long double mags) {
+    EXPECT_TRUE(near(got, ld(a0) + d, 4 * eps<T> * (mag1(a0) + 3 * mags)));
+}
+
+TYPED_TEST(Updates, General) {
+    using T = TypeParam;
+    std::mt19937_64 g(301);
+    const std::pair<idx, idx> shapes[] = {{0, 2}, {2, 0}, {1, 1}, {3, 2}, {7, 16}, {33, 5}, {100, 9}};
+    for (bool conj : {false, true})
+        for (auto [m, n] : shapes)
+            for (auto [ix, iy] : increments)
+                for (bool zero_alpha : {false, true}) {
+                    SCOPED_TRACE(::testing::Message() << "conj=" << conj << " m=" << m << " n=" << n << " incx=" << ix
+                                                      << " incy=" << iy << " zero_alpha=" << zero_alpha);
+                    const idx lda = (m > 1 ? m : 1) + 2;
+                    gvec<T> a(lda * n, 1, 1, g), x(m, ix, 0, g), y(n, iy, 1, g);
+                    if (n > 1) y.at(1) = make<T>(0);  // a skipped column
+                    const T alpha = zero_alpha ? make<T>(0) : rnd<T>(g, -2, 2);
+                    const auto a0 = a.buf;
+                    for (auto [path, f] : l2<T>::ger(conj)) {
+                        SCOPED_TRACE(path);
+                        a.buf = a0;
+                        f(&m, &n, &alpha, x.p(), &ix, y.p(), &iy, a.p(), &lda);
+                        auto want = a0;
+                        for (idx j = 0; j < n && !zero_alpha; ++j)
+                            for (idx i = 0; i < m; ++i) {
+                                const std::size_t s = a.pos(i + j * lda);
+                                const LC yj = conj ? std::conj(ld(y.at(j))) : ld(y.at(j));
+                                expect_update(a.buf[s], a0[s], ld(alpha) * ld(x.at(i)) * yj,
+                                              mag1(alpha) * mag1(x.at(i)) * mag1(y.at(j)));
+                                want[s] = a.buf[s];
+                            }
+                        EXPECT_TRUE(same_all(a.buf, want));
+                    }
+                }
+}
+
+// The expected change of element (i, j) of A := alpha*x*op(x)' (+ A) or
+// alpha*x*op(y)' + op(alpha)*y*op(x)' + A, op = conj for complex.
+template <class T> LC update_of(bool two, LC alpha, const std::vector<LC>& x, const std::vector<LC>& y, idx i, idx j) {
+    auto op = [](LC v) { return is_cx<T> ? std::conj(v) : v; };
+    if (!two) return alpha * x[std::size_t(i)] * op(x[std::size_t(j)]);
+    return alpha * x[std::size_t(i)] * op(y[std::size_t(j)]) + op(alpha) * y[std::size_t(i)] * op(x[std::size_t(j)]);
+}
+
+// Runs f on a triangle and checks it: stored elements near the long double
+// update, the Hermitian diagonal real, every other slot unchanged.
+template <class T, class F>
+void check_symmetric_update(triangle<T>& tri, bool two, T alpha, gvec<T>& x, gvec<T>& y, F f) {
+    const auto a0 = tri.a;
+    f();
+    const auto xv = values(x), yv = two ? values(y) : values(x);
+    auto want = a0;
+    LC al = ld(alpha);
+    if (!two && is_cx<T>) al = LC(al.real(), 0);  // rank 1: alpha is real
+    for (idx j = 0; j < tri.n && al != LC(0); ++j)
+        for (idx i = 0; i < tri.n; ++i) {
+            const idx s = stored_slot(tri.st, tri.upper, tri.n, tri.k, tri.lda, i, j);
+            if (s < 0) continue;
+            T& got = tri.a[std::size_t(s)];
+            T base = a0[std::size_t(s)];
+            if (i == j && is_cx<T>) {
+                EXPECT_EQ(std::imag(ld(got)), 0) << "diagonal " << j;
+                base = make<T>(re(base));
+            }
+            const long double mags = mag1(al) * (mag1(xv[std::size_t(i)]) * mag1(yv[std::size_t(j)]) +
+                                                 mag1(yv[std::size_t(i)]) * mag1(xv[std::size_t(j)]));
+            expect_update(got, base, update_of<T>(two, al, xv, yv, i, j), mags);
+            want[std::size_t(s)] = got;
+        }
+    EXPECT_TRUE(same_all(tri.a, want));
+}
+
+TYPED_TEST(Updates, Symmetric) {
+    using T = TypeParam;
+    std::mt19937_64 g(302);
+    for (bool packed : {false, true})
+        for (bool two : {false, true})
+            for (idx n : {0, 1, 2, 3, 7, 16, 33, 100})
+                for (const char* uplo : {"u", "L"})
+                    for (auto [ix, iy] : increments)
+                        for (bool zero_alpha : {false, true}) {
+                            SCOPED_TRACE(::testing::Message() << "packed=" << packed << " rank2=" << two << " n=" << n
+                                                              << " uplo=" << uplo << " incx=" << ix << " incy=" << iy);
+                            const storage st = packed ? storage::packed : storage::full;
+                            triangle<T> tri(st, (uplo[0] | 0x20) == 'u', n, n, g);
+                            // the other triangle: sentinels that must stay
+                            for (auto& v : tri.a)
+                                if (std::isnan(re(v))) v = sentinel<T>();
+                            gvec<T> x(n, ix, 0, g), y(n, iy, 1, g);
+                            if (n > 2) x.at(2) = make<T>(0), y.at(2) = make<T>(0);  // a skipped column
+                            const T alpha = zero_alpha ? make<T>(0) : rnd<T>(g, -2, 2);
+                            const triangle<T> start = tri;
+                            for (auto [path, f] : l2<T>::update(two, packed)) {
+                                SCOPED_TRACE(path);
+                                tri = start;
+                                check_symmetric_update(tri, two, alpha, x, y, [&] {
+                                    f(uplo, &n, &alpha, x.p(), &ix, y.p(), &iy, tri.a.data(), &tri.lda);
+                                });
+                            }
+                        }
+}
+
+// Pieces on a partition of the columns give the bits of the whole update.
+TYPED_TEST(Updates, PiecesAndThreadsGiveTheWholeBits) {
+    using T = TypeParam;
+    std::mt19937_64 g(303);
+    const idx n = 640;
+    for (bool two : {false, true})
+        for (const char* uplo : {"U", "L"}) {
+            triangle<T> tri(storage::full, uplo[0] == 'U', n, n, g);
+            gvec<T> x(n, 1, 0, g), y(n, -2, 0, g);
+            const T alpha = rnd<T>(g);
+            auto run = [&](int threads) {
+                threads_scope t(threads);
+                triangle<T> r = tri;
+                l2<T>::update(two, false)[0].second(uplo, &n, &alpha, x.p(), &x.inc, y.p(), &y.inc, r.a.data(), &r.lda);
+                return r.a;
+            };
+            const auto whole = run(1);
+            EXPECT_TRUE(same_all(run(3), whole)) << "threads, rank2=" << two << " " << uplo;
+            if constexpr (!is_cx<T>) {
+                triangle<T> r = tri;
+                for (idx first = 1; first <= n;) {
+                    idx last = first + 3 * first / 2 + 4;
+                    if (last > n) last = n;
+                    if (two) {
+                        auto piece = kernel_symbol<decltype(&ork_blas_xdsyr2_in_thread)>(
+                            std::is_same_v<T, double> ? "ork_blas_xdsyr2_in_thread" : "ork_blas_xssyr2_in_thread");
+                        using P = void (*)(const char*, const idx*, const T*, const T*, const idx*, const T*, const idx*, T*, const idx*, const idx*, const idx*);
+                        reinterpret_cast<P>(piece)(uplo, &n, &alpha, x.p(), &x.inc, y.p(), &y.inc, r.a.data(), &r.lda, &first, &last);
+                    } else {
+                        auto piece = kernel_symbol<decltype(&ork_blas_xdsyr_in_thread)>(
+                            std::is_same_v<T, double> ? "ork_blas_xdsyr_in_thread" : "ork_blas_xssyr_in_thread");
+                        using P = void (*)(const char*, const idx*, const T*, const T*, const idx*, T*, const idx*, const idx*, const idx*);
+                        reinterpret_cast<P>(piece)(uplo, &n, &alpha, x.p(), &x.inc, r.a.data(), &r.lda, &first, &last);
+                    }
+                    first = last + 1;
+                }
+                EXPECT_TRUE(same_all(r.a, whole)) << "pieces, rank2=" << two << " " << uplo;
+            }
+        }
+    // ger by columns
+    const idx m = 500, lda = 501;
+    gvec<T> a(lda * n, 1, 0, g), x(m, -1, 0, g), y(n, 3, 0, g);
+    const T alpha = rnd<T>(g);
+    std::vector<T> out[2];
+    for (int t : {1, 3}) {
+        threads_scope threads(t);
+        gvec<T> at = a;
+        l2<T>::ger(true)[0].second(&m, &n, &alpha, x.p(), &x.inc, y.p(), &y.inc, at.p(), &lda);
+        out[t == 1 ? 0 : 1] = at.buf;
+    }
+    EXPECT_TRUE(same_all(out[1], out[0])) << "ger";
+}
+
+// Each argument error of libork's level-2 entries at its reference position,
+// and a valid call reporting nothing.
+TEST(Level2Errors, ReportedPositions) {
+    double a[64] = {}, x[8] = {}, y[8] = {};
+    ork_complex16 za[64] = {}, zx[8] = {}, zy[8] = {};
+    const double one = 1;
+    const ork_complex16 zone{1, 0};
+    const idx n = 3, k = 1, neg = -1, zero = 0, four = 4, two = 2, inc = 1;
+    const idx* N = &n;
+    struct row {
+        const char* routine;
+        int position;
+        std::function<void()> call;
+    };
+    const row rows[] = {
+        {"ork_blas_dgemv", 0, [&] { ork_blas_dgemv("N", N, N, &one, a, &n, x, &inc, &one, y, &inc); }},
+        {"ork_blas_dgemv", 1, [&] { ork_blas_dgemv("X", N, N, &one, a, &n, x, &inc, &one, y, &inc); }},
+        {"ork_blas_dgemv", 3, [&] { ork_blas_dgemv("T", N, &neg, &one, a, &n, x, &inc, &one, y, &inc); }},
+        {"ork_blas_dgemv", 6, [&] { ork_blas_dgemv("T", N, N, &one, a, &two, x, &inc, &one, y, &inc); }},
+        {"ork_blas_dgemv", 11, [&] { ork_blas_dgemv("C", N, N, &one, a, &n, x, &inc, &one, y, &zero); }},
+        {"ork_blas_dgbmv", 0, [&] { ork_blas_dgbmv("N", N, N, &k, &k, &one, a, &n, x, &inc, &one, y, &inc); }},
+        {"ork_blas_dgbmv", 2, [&] { ork_blas_dgbmv("N", &neg, N, &k, &k, &one, a, &n, x, &inc, &one, y, &inc); }},
+        {"ork_blas_dgbmv", 4, [&] { ork_blas_dgbmv("N", N, N, &neg, &k, &one, a, &n, x, &inc, &one, y, &inc); }},
+        {"ork_blas_dgbmv", 5, [&] { ork_blas_dgbmv("N", N, N, &k, &neg, &one, a, &n, x, &inc, &one, y, &inc); }},
+        {"ork_blas_dgbmv", 8, [&] { ork_blas_dgbmv("N", N, N, &k, &k, &one, a, &two, x, &inc, &one, y, &inc); }},
+        {"ork_blas_dgbmv", 10, [&] { ork_blas_dgbmv("N", N, N, &k, &k, &one, a, &n, x, &zero, &one, y, &inc); }},
+        {"ork_blas_dgbmv", 13, [&] { ork_blas_dgbmv("N", N, N, &k, &k, &one, a, &n, x, &inc, &one, y, &zero); }},
+        {"ork_blas_dsymv", 1, [&] { ork_blas_dsymv("N", N, &one, a, &n, x, &inc, &one, y, &inc); }},
+        {"ork_blas_dsymv", 5, [&] { ork_blas_dsymv("U", N, &one, a, &two, x, &inc, &one, y, &inc); }},
+        {"ork_blas_dsymv", 10, [&] { ork_blas_dsymv("L", N, &one, a, &n, x, &inc, &one, y, &zero); }},
+        {"ork_blas_dsbmv", 3, [&] { ork_blas_dsbmv("U", N, &neg, &one, a, &n, x, &inc, &one, y, &inc); }},
+        {"ork_blas_dsbmv", 6, [&] { ork_blas_dsbmv("U", N, &k, &one, a, &k, x, &inc, &one, y, &inc); }},
+        {"ork_blas_dsbmv", 8, [&] { ork_blas_dsbmv("U", N, &k, &one, a, &n, x, &zero, &one, y, &inc); }},
+        {"ork_blas_dspmv", 2, [&] { ork_blas_dspmv("U", &neg, &one, a, x, &inc, &one, y, &inc); }},
+        {"ork_blas_dspmv", 6, [&] { ork_blas_dspmv("U", N, &one, a, x, &zero, &one, y, &inc); }},
+        {"ork_blas_dspmv", 9, [&] { ork_blas_dspmv("U", N, &one, a, x, &inc, &one, y, &zero); }},
+        {"ork_blas_zhemv", 7, [&] { ork_blas_zhemv("U", N, &zone, za, &n, zx, &zero, &zone, zy, &inc); }},
+        {"ork_blas_zhbmv", 11, [&] { ork_blas_zhbmv("L", N, &k, &zone, za, &n, zx, &inc, &zone, zy, &zero); }},
+        {"ork_blas_zhpmv", 1, [&] { ork_blas_zhpmv("x", N, &zone, za, zx, &inc, &zone, zy, &inc); }},
+        {"ork_blas_dger", 1, [&] { ork_blas_dger(&neg, N, &one, x, &inc, y, &inc, a, &n); }},
+        {"ork_blas_dger", 2, [&] { ork_blas_dger(N, &neg, &one, x, &inc, y, &inc, a, &n); }},
+        {"ork_blas_dger", 5, [&] { ork_blas_dger(N, N, &one, x, &zero, y, &inc, a, &n); }},
+        {"ork_blas_dger", 7, [&] { ork_blas_dger(N, N, &one, x, &inc, y, &zero, a, &n); }},
+        {"ork_blas_dger", 9, [&] { ork_blas_dger(&four, N, &one, x, &inc, y, &inc, a, &n); }},
+        {"ork_blas_zgeru", 9, [&] { ork_blas_zgeru(&four, N, &zone, zx, &inc, zy, &inc, za, &n); }},
+        {"ork_blas_zgerc", 0, [&] { ork_blas_zgerc(N, N, &zone, zx, &inc, zy, &inc, za, &n); }},
+        {"ork_blas_dsyr", 1, [&] { ork_blas_dsyr("A", N, &one, x, &inc, a, &n); }},
+        {"ork_blas_dsyr", 5, [&] { ork_blas_dsyr("U", N, &one, x, &zero, a, &n); }},
+        {"ork_blas_dsyr", 7, [&] { ork_blas_dsyr("U", N, &one, x, &inc, a, &two); }},
+        {"ork_blas_dspr", 5, [&] { ork_blas_dspr("L", N, &one, x, &zero, a); }},
+        {"ork_blas_dsyr2", 7, [&] { ork_blas_dsyr2("U", N, &one, x, &inc, y, &zero, a, &n); }},
+        {"ork_blas_dsyr2", 9, [&] { ork_blas_dsyr2("U", N, &one, x, &inc, y, &inc, a, &two); }},
+        {"ork_blas_dspr2", 2, [&] { ork_blas_dspr2("U", &neg, &one, x, &inc, y, &inc, a); }},
+        {"ork_blas_dspr2", 7, [&] { ork_blas_dspr2("U", N, &one, x, &inc, y, &zero, a); }},
+        {"ork_blas_zher", 7, [&] { ork_blas_zher("L", N, &one, zx, &inc, za, &two); }},
+        {"ork_blas_zhpr", 5, [&] { ork_blas_zhpr("L", N, &one, zx, &zero, za); }},
+        {"ork_blas_zher2", 9, [&] { ork_blas_zher2("U", N, &zone, zx, &inc, zy, &inc, za, &two); }},
+        {"ork_blas_zhpr2", 7, [&] { ork_blas_zhpr2("U", N, &zone, zx, &inc, zy, &zero, za); }},
+        {"ork_blas_zhpr2", 0, [&] { ork_blas_zhpr2("U", N, &zone, zx, &inc, zy, &inc, za); }},
+    };
+    for (const row& r : rows) {
+        error_reports reports;
+        r.call();
+        EXPECT_TRUE(reports.one(r.routine, r.position)) << r.routine << " position " << r.position;
+    }
+}
+
+}  // namespace
