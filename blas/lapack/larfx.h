@@ -24,9 +24,10 @@ void larfx(bool left, idx m, idx n, const T* v, T tau, T* c, idx ldc, T* work) {
         }
         return;
     }
-    // rows per block: about 128 KiB of C, a multiple of 8, at least 16
-    idx rows = idx(128 * 1024 / sizeof(T)) / n / 8 * 8;
-    if (rows < 16) rows = 16;
+    // rows per block: about 256 KiB of C, a multiple of 8, and at least 256
+    // so that the axpys stay long enough to run at speed
+    idx rows = idx(256 * 1024 / sizeof(T)) / n / 8 * 8;
+    if (rows < 256) rows = 256;
     for (idx i0 = 0; i0 < m; i0 += rows) {
         const idx len = m - i0 < rows ? m - i0 : rows;
         T* w = work + i0;

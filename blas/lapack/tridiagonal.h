@@ -74,13 +74,15 @@ void ptts2_column(idx n, const real_t<T>* d, const T* e, T* x) {
 
 // The same recurrences on W columns at once, held row-interleaved in w
 // (w[i*W + r] = row i of column r): W independent chains per step, which
-// hides the latency of the recurrence and lets the compiler use vectors.
+// hides the latency of the recurrence and lets the compiler use vectors
+// (kept as loops: a fully unrolled row would not be vectorised).
 template <class T, bool Upper, idx W>
 void ptts2_interleaved(idx n, const real_t<T>* d, const T* e, T* w) {
     for (idx i = 1; i < n; ++i) {
         const T f = fwd_e<T, Upper>(e[i - 1]);
         T* row = w + i * W;
         const T* prev = row - W;
+#pragma GCC unroll 1
         for (idx r = 0; r < W; ++r) row[r] = row[r] - prev[r] * f;
     }
     T* last = w + (n - 1) * W;
@@ -90,6 +92,7 @@ void ptts2_interleaved(idx n, const real_t<T>* d, const T* e, T* w) {
         const real_t<T> di = d[i];
         T* row = w + i * W;
         const T* next = row + W;
+#pragma GCC unroll 1
         for (idx r = 0; r < W; ++r) row[r] = div(row[r], di) - next[r] * g;
     }
 }
