@@ -100,9 +100,11 @@ void gbmv(char trans, idx m, idx n, idx kl, idx ku, T alpha, const T* a, idx lda
 }
 
 // y := alpha*A*x + beta*y with A symmetric (Herm = false) or Hermitian, one
-// triangle stored in storage S. Column j of the stored triangle is read once
-// for both of its uses: y_i += (alpha*x_j)*a_ij over its off-diagonal rows,
-// and the sum of op(a_ij)*x_i, which then goes to y_j with the diagonal term.
+// triangle stored in storage S. Each stored element is read once for both of
+// its uses: column j adds (alpha*x_j)*a_ij to y_i over its off-diagonal rows
+// and sums op(a_ij)*x_i for y_j, which then takes the diagonal term too.
+// With unit increments two columns share one pass over the rows they have in
+// common; the rows of one only go alone.
 template <class T, bool Herm, class S>
 void symmetric_mv(bool upper, idx n, T alpha, S st, const T* x, idx incx, T beta, T* y, idx incy) {
     if (n <= 0 || (alpha == zero<T>() && beta == one<T>())) return;
@@ -111,21 +113,48 @@ void symmetric_mv(bool upper, idx n, T alpha, S st, const T* x, idx incx, T beta
     strided xv(n, x, incx);
     strided yv(n, y, incy);
     const bool unit = incx == 1 && incy == 1;
-    for (idx j = 0; j < n; ++j) {
-        const T t1 = alpha * xv[j];
-        const T* p = st.col(j, upper);
+    auto off_diagonal = [&](idx j) {
         rows r = triangle_rows(j, n, st.reach, upper);
         if (upper) --r.hi;  // the diagonal is taken on its own
         else ++r.lo;
+        return r;
+    };
+    // column j over its rows [lo, hi): the y updates, the sum returned
+    auto part = [&](const T* p, T t1, idx lo, idx hi) {
+        if (hi <= lo) return zero<T>();
+        if (unit) return inner::axpy_dot(hi - lo, p + lo, t1, x + lo, y + lo, Herm);
         T t2 = zero<T>();
-        if (unit) t2 = inner::axpy_dot(r.hi - r.lo, p + r.lo, t1, x + r.lo, y + r.lo, Herm);
-        else
-            for (idx i = r.lo; i < r.hi; ++i) {
-                yv[i] += t1 * p[i];
-                t2 += (Herm ? conj(p[i]) : p[i]) * xv[i];
-            }
+        for (idx i = lo; i < hi; ++i) {
+            yv[i] += t1 * p[i];
+            t2 += (Herm ? conj(p[i]) : p[i]) * xv[i];
+        }
+        return t2;
+    };
+    auto diagonal = [&](idx j, const T* p, T t1, T t2) {
         if constexpr (Herm) yv[j] += times(t1, p[j].re) + alpha * t2;
         else yv[j] += t1 * p[j] + alpha * t2;
+    };
+    const idx step = unit ? 2 : 1;
+    for (idx j = 0; j < n; j += step) {
+        if (j + 1 == n || !unit) {
+            const T t1 = alpha * xv[j];
+            const T* p = st.col(j, upper);
+            const rows r = off_diagonal(j);
+            diagonal(j, p, t1, part(p, t1, r.lo, r.hi));
+            continue;
+        }
+        const T t[2] = {alpha * xv[j], alpha * xv[j + 1]};
+        const T* p[2] = {st.col(j, upper), st.col(j + 1, upper)};
+        const rows r[2] = {off_diagonal(j), off_diagonal(j + 1)};
+        const idx lo = r[0].lo > r[1].lo ? r[0].lo : r[1].lo, hi = r[0].hi < r[1].hi ? r[0].hi : r[1].hi;
+        T sums[2] = {zero<T>(), zero<T>()};
+        if (hi > lo) inner::axpy_dot2(hi - lo, p[0] + lo, p[1] + lo, t[0], t[1], x + lo, y + lo, sums, Herm);
+        for (int k = 0; k < 2; ++k) {
+            const idx a = hi > lo ? lo : r[k].hi, b = hi > lo ? hi : r[k].hi;  // the shared rows, if any
+            sums[k] += part(p[k], t[k], r[k].lo, a);
+            sums[k] += part(p[k], t[k], b, r[k].hi);
+            diagonal(j + k, p[k], t[k], sums[k]);
+        }
     }
 }
 

@@ -183,25 +183,49 @@ void gemv_t_any(idx m, idx n, const T* a, idx lda, const T* x, T* r, bool conj) 
     for (; j < n; ++j) gemv_t_group<T, 1>(m, a + j * lda, lda, x, r + j, conj);
 }
 
-// ---- y += t*a and sum op(a)*x in one pass; U partial sums as above.
-template <class T>
-T axpy_dot_any(idx m, const T* a, T t, const T* x, T* y, bool conj) {
+// ---- C columns of a symmetric product in one pass over y and x:
+// y += sum_k t[k]*a_k, and sums[k] += sum op(a_k)*x; U partial sums as above.
+template <class T, int C>
+void axpy_dot_group(idx m, const T* const* a, const T* t, const T* x, T* y, T* sums, bool conj) {
     using W = vec<T>;
     using S = typename W::S;
     constexpr idx P = W::per;
     constexpr int U = unroll<T>;
-    const typename W::scalar ts(t);
-    typename W::sum s[U];
-    idx v = 0;
-    over_rows<T>(m, [&](idx i, idx count) {
-        const auto av = load(a + i, count);
-        store(y + i, S::add(load(y + i, count), ts.times(av)), count);
-        s[v % U].add(av, load(x + i, count));
-        ++v;
-    });
-    (void)P;
-    for (int u = 1; u < U; ++u) s[0].add(s[u]);
-    return s[0].result(conj);
+    typename W::scalar ts[C];
+    for (int k = 0; k < C; ++k) ts[k] = typename W::scalar(t[k]);
+    typename W::sum s[C][U];
+    auto step = [&](idx i, idx count, int u) {
+        const auto xv = load(x + i, count);
+        auto yv = load(y + i, count);
+        for (int k = 0; k < C; ++k) {
+            const auto av = load(a[k] + i, count);
+            yv = S::add(yv, ts[k].times(av));
+            s[k][u].add(av, xv);
+        }
+        store(y + i, yv, count);
+    };
+    idx i = 0;
+    for (; i + U * P <= m; i += U * P)
+        for (int u = 0; u < U; ++u) step(i + u * P, P, u);
+    for (int u = 0; i < m; ++u, i += P) step(i, m - i < P ? m - i : P, u);
+    for (int k = 0; k < C; ++k) {
+        for (int u = 1; u < U; ++u) s[k][0].add(s[k][u]);
+        sums[k] += s[k][0].result(conj);
+    }
+}
+
+template <class T>
+T axpy_dot_any(idx m, const T* a, T t, const T* x, T* y, bool conj) {
+    T sum{};
+    axpy_dot_group<T, 1>(m, &a, &t, x, y, &sum, conj);
+    return sum;
+}
+
+template <class T>
+void axpy_dot2_any(idx m, const T* a0, const T* a1, T t0, T t1, const T* x, T* y, T* sums, bool conj) {
+    const T* a[2] = {a0, a1};
+    const T t[2] = {t0, t1};
+    axpy_dot_group<T, 2>(m, a, t, x, y, sums, conj);
 }
 
 // ---- a := (a + x*t1) + y*t2
@@ -224,6 +248,9 @@ void axpy2_any(idx m, const T* x, T t1, const T* y, T t2, T* a) {
         gemv_t_any(m, n, a, lda, x, r, conj);                                                                 \
     }                                                                                                         \
     T axpy_dot(idx m, const T* a, T t, const T* x, T* y, bool conj) { return axpy_dot_any(m, a, t, x, y, conj); } \
+    void axpy_dot2(idx m, const T* a0, const T* a1, T t0, T t1, const T* x, T* y, T* sums, bool conj) {        \
+        axpy_dot2_any(m, a0, a1, t0, t1, x, y, sums, conj);                                                   \
+    }                                                                                                         \
     void axpy2(idx m, const T* x, T t1, const T* y, T t2, T* a) { axpy2_any(m, x, t1, y, t2, a); }
 ORK_LEVEL2_INNER(float)
 ORK_LEVEL2_INNER(double)
