@@ -21,10 +21,11 @@ using uidx = std::uint64_t;
 template <class T, bool Conj>
 void scale(uidx n, T alpha, const T* a, T* b);
 
-// A tile of at most 4 x 4: b[j*ldb + i] = alpha*op(a[i*lda + j]) for
-// i < rows, j < cols. a and b do not overlap.
+// b[j*ldb + i] = alpha*op(a[i*lda + j]) for i < rows, j < cols, rows and
+// cols >= 1, by the tiles of ork::trans::split_t (trans/recursion.h). a and
+// b do not overlap.
 template <class T, bool Conj>
-void tile_t(uidx rows, uidx cols, T alpha, const T* a, uidx lda, T* b, uidx ldb);
+void rec_t(uidx rows, uidx cols, T alpha, const T* a, uidx lda, T* b, uidx ldb);
 
 // c[j] = alpha*opA(a[j]) + beta*opB(b[j]), same alignment rule as scale; c
 // may equal a or b.

@@ -7,6 +7,7 @@
 #include <cstdint>
 
 #include "trans/inner.h"
+#include "trans/recursion.h"
 
 namespace ork::trans {
 
@@ -68,39 +69,16 @@ void rec_n(uidx rows, uidx cols, T alpha, const T* a, uidx lda, uidx sa, T* b, u
     }
 }
 
-// Cache-oblivious transposition: while a dimension exceeds 4, the larger one
-// (the columns on a tie) is halved, the floor half handled by recursion and
-// the ceiling half by the loop; tiles of at most 4 x 4 are copied directly.
-template <class T, bool Conj, bool Unit>
-void rec_t_tiles(uidx rows, uidx cols, T alpha, const T* a, uidx lda, uidx sa, T* b, uidx ldb, uidx sb) {
-    while (rows > 4 || cols > 4) {
-        if (rows > cols) {
-            uidx h = rows / 2;
-            rec_t_tiles<T, Conj, Unit>(h, cols, alpha, a, lda, sa, b, ldb, sb);
-            rows -= h;
-            a += h * lda;
-            b += h * (Unit ? 1 : sb);
-        } else {
-            uidx h = cols / 2;
-            rec_t_tiles<T, Conj, Unit>(rows, h, alpha, a, lda, sa, b, ldb, sb);
-            cols -= h;
-            a += h * (Unit ? 1 : sa);
-            b += h * ldb;
-        }
-    }
-    if constexpr (Unit) {
-        inner::tile_t<T, Conj>(rows, cols, alpha, a, lda, b, ldb);
-    } else {
-        for (uidx i = 0; i < rows; ++i)
-            for (uidx j = 0; j < cols; ++j) b[j * ldb + i * sb] = moved<T, Conj>(alpha, a[i * lda + j * sa]);
-    }
-}
-
+// Cache-oblivious transposition (trans/recursion.h): tiles of at most 4 x 4
+// copied directly; the unit-stride case is the inner kernel's.
 template <class T, bool Conj>
 void rec_t(uidx rows, uidx cols, T alpha, const T* a, uidx lda, uidx sa, T* b, uidx ldb, uidx sb) {
     if (rows == 0 || cols == 0) return;
-    if (sa == 1 && sb == 1) rec_t_tiles<T, Conj, true>(rows, cols, alpha, a, lda, 1, b, ldb, 1);
-    else rec_t_tiles<T, Conj, false>(rows, cols, alpha, a, lda, sa, b, ldb, sb);
+    if (sa == 1 && sb == 1) return inner::rec_t<T, Conj>(rows, cols, alpha, a, lda, b, ldb);
+    split_t(rows, cols, a, lda, sa, b, ldb, sb, [&](uidx r, uidx c, const T* at, T* bt) {
+        for (uidx i = 0; i < r; ++i)
+            for (uidx j = 0; j < c; ++j) bt[j * ldb + i * sb] = moved<T, Conj>(alpha, at[i * lda + j * sa]);
+    });
 }
 
 // ---- imatcopy

@@ -447,3 +447,42 @@ TEST(TransThreads, SplitCallsMatchOneThread) {
 }
 
 }  // namespace
+
+// The tiles of the recursive transposition, in order, against the rule
+// written out plainly: while a dimension exceeds 4 the larger one (columns
+// on a tie) is halved, the floor half first. 5 x 3 gives 2 x 3 then 3 x 3.
+#include "trans/recursion.h"
+
+namespace {
+
+void tiles_by_rule(u64 r, u64 c, u64 i0, u64 j0, std::vector<u64>& out) {
+    if (r <= 4 && c <= 4) return out.insert(out.end(), {i0, j0, r, c}), void();
+    if (r > c) {
+        tiles_by_rule(r / 2, c, i0, j0, out);
+        tiles_by_rule(r - r / 2, c, i0 + r / 2, j0, out);
+    } else {
+        tiles_by_rule(r, c / 2, i0, j0, out);
+        tiles_by_rule(r, c - c / 2, i0, j0 + c / 2, out);
+    }
+}
+
+TEST(TransOrder, RecursiveTransposeTiles) {
+    const u64 lda = 1000;
+    static const double base[1] = {0};
+    for (u64 r = 1; r <= 70; ++r)
+        for (u64 c = 1; c <= 70; ++c) {
+            std::vector<u64> want, got;
+            tiles_by_rule(r, c, 0, 0, want);
+            ork::trans::split_t(r, c, base, lda, u64(1), static_cast<double*>(nullptr), u64(1), u64(1),
+                                [&](u64 rr, u64 cc, const double* a, double*) {
+                                    const u64 off = u64(a - base);
+                                    got.insert(got.end(), {off / lda, off % lda, rr, cc});
+                                });
+            ASSERT_EQ(got, want) << r << "x" << c;
+        }
+    std::vector<u64> five_by_three;
+    tiles_by_rule(5, 3, 0, 0, five_by_three);
+    EXPECT_EQ(five_by_three, (std::vector<u64>{0, 0, 2, 3, 2, 0, 3, 3}));
+}
+
+}  // namespace

@@ -1,7 +1,8 @@
 // SSE2 inner kernels of transposition and scaled addition: 16 bytes (two
 // doubles, four floats, one or two complex elements) per step, 2 x 2 and
-// 4 x 4 register transposes at the leaves.
+// 4 x 4 register transposes in the tiles of the recursive transposition.
 #include "trans/inner.h"
+#include "trans/recursion.h"
 
 #include <type_traits>
 
@@ -117,11 +118,11 @@ inline void tile_scalar(uidx i0, uidx rows, uidx j0, uidx cols, T alpha, const T
 }
 
 // 2 x 2 register transposes over the even part, single elements at the
-// odd edges: for types of two elements per vector.
+// odd edges: for complex single, two elements per vector.
 template <class T, bool Conj, class Pair>
-inline void tile_pairs(uidx rows, uidx cols, T alpha, const T* a, uidx lda, T* b, uidx ldb, Pair pair) {
+inline void tile_pairs(uidx rows, uidx cols, T alpha, const typename lanes<T>::scalar& s, const T* a, uidx lda,
+                       T* b, uidx ldb, Pair pair) {
     using L = lanes<T>;
-    const typename L::scalar s(alpha);
     const uidx r2 = rows & ~uidx(1), c2 = cols & ~uidx(1);
     for (uidx i = 0; i < r2; i += 2)
         for (uidx j = 0; j < c2; j += 2) {
@@ -134,38 +135,70 @@ inline void tile_pairs(uidx rows, uidx cols, T alpha, const T* a, uidx lda, T* b
     tile_scalar<T, Conj>(r2, rows, 0, cols, alpha, a, lda, b, ldb);
 }
 
+// Doubles: 2 x 2 transposes, and at an odd edge a pair from two rows (odd
+// column) or a pair of one row stored as two halves (odd row).
+inline void tile_double(uidx rows, uidx cols, __m128d s, double alpha, const double* a, uidx lda, double* b,
+                        uidx ldb) {
+    uidx i = 0;
+    for (; i + 2 <= rows; i += 2) {
+        const double *a0 = a + i * lda, *a1 = a0 + lda;
+        uidx j = 0;
+        for (; j + 2 <= cols; j += 2) {
+            __m128d x = _mm_loadu_pd(a0 + j), y = _mm_loadu_pd(a1 + j);
+            _mm_storeu_pd(b + j * ldb + i, _mm_mul_pd(s, _mm_unpacklo_pd(x, y)));
+            _mm_storeu_pd(b + (j + 1) * ldb + i, _mm_mul_pd(s, _mm_unpackhi_pd(x, y)));
+        }
+        if (j < cols) _mm_storeu_pd(b + j * ldb + i, _mm_mul_pd(s, _mm_loadh_pd(_mm_load_sd(a0 + j), a1 + j)));
+    }
+    if (i < rows) {
+        const double* a0 = a + i * lda;
+        uidx j = 0;
+        for (; j + 2 <= cols; j += 2) {
+            __m128d x = _mm_mul_pd(s, _mm_loadu_pd(a0 + j));
+            _mm_storel_pd(b + j * ldb + i, x);
+            _mm_storeh_pd(b + (j + 1) * ldb + i, x);
+        }
+        if (j < cols) b[j * ldb + i] = alpha * a0[j];
+    }
+}
+
 }  // namespace
 
 template <class T, bool Conj>
-void tile_t(uidx rows, uidx cols, T alpha, const T* a, uidx lda, T* b, uidx ldb) {
+void rec_t(uidx rows, uidx cols, T alpha, const T* a, uidx lda, T* b, uidx ldb) {
+    using L = lanes<T>;
+    const typename L::scalar s(alpha);
     if constexpr (std::is_same_v<T, double>) {
-        tile_pairs<T, Conj>(rows, cols, alpha, a, lda, b, ldb, [](__m128d x, __m128d y, __m128d& lo, __m128d& hi) {
-            lo = _mm_unpacklo_pd(x, y);
-            hi = _mm_unpackhi_pd(x, y);
+        split_t(rows, cols, a, lda, 1, b, ldb, 1, [&](uidx r, uidx c, const T* at, T* bt) {
+            tile_double(r, c, s.a, alpha, at, lda, bt, ldb);
         });
     } else if constexpr (std::is_same_v<T, cx<float>>) {
-        tile_pairs<T, Conj>(rows, cols, alpha, a, lda, b, ldb, [](__m128 x, __m128 y, __m128& lo, __m128& hi) {
-            lo = _mm_movelh_ps(x, y);
-            hi = _mm_movehl_ps(y, x);
+        split_t(rows, cols, a, lda, 1, b, ldb, 1, [&](uidx r, uidx c, const T* at, T* bt) {
+            tile_pairs<T, Conj>(r, c, alpha, s, at, lda, bt, ldb, [](__m128 x, __m128 y, __m128& lo, __m128& hi) {
+                lo = _mm_movelh_ps(x, y);
+                hi = _mm_movehl_ps(y, x);
+            });
         });
     } else if constexpr (std::is_same_v<T, float>) {
-        if (rows == 4 && cols == 4) {
-            __m128 r0 = _mm_loadu_ps(a), r1 = _mm_loadu_ps(a + lda), r2 = _mm_loadu_ps(a + 2 * lda),
-                   r3 = _mm_loadu_ps(a + 3 * lda);
-            _MM_TRANSPOSE4_PS(r0, r1, r2, r3);
-            const __m128 s = _mm_set1_ps(alpha);
-            _mm_storeu_ps(b, _mm_mul_ps(s, r0));
-            _mm_storeu_ps(b + ldb, _mm_mul_ps(s, r1));
-            _mm_storeu_ps(b + 2 * ldb, _mm_mul_ps(s, r2));
-            _mm_storeu_ps(b + 3 * ldb, _mm_mul_ps(s, r3));
-        } else {
-            tile_scalar<T, Conj>(0, rows, 0, cols, alpha, a, lda, b, ldb);
-        }
+        split_t(rows, cols, a, lda, 1, b, ldb, 1, [&](uidx r, uidx c, const T* at, T* bt) {
+            if (r == 4 && c == 4) {
+                __m128 r0 = _mm_loadu_ps(at), r1 = _mm_loadu_ps(at + lda), r2 = _mm_loadu_ps(at + 2 * lda),
+                       r3 = _mm_loadu_ps(at + 3 * lda);
+                _MM_TRANSPOSE4_PS(r0, r1, r2, r3);
+                _mm_storeu_ps(bt, _mm_mul_ps(s.a, r0));
+                _mm_storeu_ps(bt + ldb, _mm_mul_ps(s.a, r1));
+                _mm_storeu_ps(bt + 2 * ldb, _mm_mul_ps(s.a, r2));
+                _mm_storeu_ps(bt + 3 * ldb, _mm_mul_ps(s.a, r3));
+            } else {
+                tile_scalar<T, Conj>(0, r, 0, c, alpha, at, lda, bt, ldb);
+            }
+        });
     } else {
-        using L = lanes<T>;
-        const typename L::scalar s(alpha);
-        for (uidx i = 0; i < rows; ++i)
-            for (uidx j = 0; j < cols; ++j) L::store(b + j * ldb + i, L::template mul<Conj>(s, L::load(a + i * lda + j)));
+        split_t(rows, cols, a, lda, 1, b, ldb, 1, [&](uidx r, uidx c, const T* at, T* bt) {
+            for (uidx i = 0; i < r; ++i)
+                for (uidx j = 0; j < c; ++j)
+                    L::store(bt + j * ldb + i, L::template mul<Conj>(s, L::load(at + i * lda + j)));
+        });
     }
 }
 
@@ -174,8 +207,8 @@ void tile_t(uidx rows, uidx cols, T alpha, const T* a, uidx lda, T* b, uidx ldb)
 #define ORK_TRANS_INNER(T)                                                          \
     template void scale<T, false>(uidx, T, const T*, T*);                           \
     template void scale<T, true>(uidx, T, const T*, T*);                            \
-    template void tile_t<T, false>(uidx, uidx, T, const T*, uidx, T*, uidx);        \
-    template void tile_t<T, true>(uidx, uidx, T, const T*, uidx, T*, uidx);         \
+    template void rec_t<T, false>(uidx, uidx, T, const T*, uidx, T*, uidx);         \
+    template void rec_t<T, true>(uidx, uidx, T, const T*, uidx, T*, uidx);          \
     template void axpby<T, false, false>(uidx, T, const T*, T, const T*, T*);       \
     template void axpby<T, false, true>(uidx, T, const T*, T, const T*, T*);        \
     template void axpby<T, true, false>(uidx, T, const T*, T, const T*, T*);        \
