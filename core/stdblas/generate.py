@@ -1,0 +1,177 @@
+#!/usr/bin/env python3
+"""Writes the Fortran-callable BLAS wrappers and their header.
+
+The routine table below names every Fortran routine; each one's argument list
+is read from libork's prototype of ork_blas_<routine> in include/ork/, with
+every integer argument turned into the Fortran integer of the variant and one
+hidden length (size_t) appended per character flag. Outputs (checked in):
+  core/stdblas/fortran.cpp   the wrappers, 32-bit (name_) and 64-bit (name_64_)
+  include/ork/fblas.h        their prototypes
+  exports/stdblas/libblas_fortran.txt
+Run: python3 core/stdblas/generate.py [--out DIR]
+"""
+import pathlib
+import re
+import sys
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+
+# Routines that never report an argument error (the reference level 1).
+LEVEL1 = """
+saxpy daxpy caxpy zaxpy scopy dcopy ccopy zcopy sswap dswap cswap zswap
+sscal dscal cscal zscal csscal zdscal
+sdot ddot cdotc cdotu zdotc zdotu dsdot sdsdot
+snrm2 dnrm2 scnrm2 dznrm2 sasum dasum scasum dzasum
+isamax idamax icamax izamax
+srot drot csrot zdrot srotg drotg crotg zrotg srotm drotm srotmg drotmg
+dcabs1
+""".split()
+
+# Routines that check their arguments and report the first bad one to xerbla.
+CHECKED = """
+sgemv dgemv cgemv zgemv sgbmv dgbmv cgbmv zgbmv
+strmv dtrmv ctrmv ztrmv stbmv dtbmv ctbmv ztbmv stpmv dtpmv ctpmv ztpmv
+strsv dtrsv ctrsv ztrsv stbsv dtbsv ctbsv ztbsv stpsv dtpsv ctpsv ztpsv
+ssymv dsymv ssbmv dsbmv sspmv dspmv chemv zhemv chbmv zhbmv chpmv zhpmv
+sger dger cgeru zgeru cgerc zgerc
+ssyr dsyr sspr dspr ssyr2 dsyr2 sspr2 dspr2 cher zher chpr zhpr cher2 zher2 chpr2 zhpr2
+sgemm dgemm cgemm zgemm ssymm dsymm csymm zsymm chemm zhemm
+ssyrk dsyrk csyrk zsyrk cherk zherk ssyr2k dsyr2k csyr2k zsyr2k cher2k zher2k
+strmm dtrmm ctrmm ztrmm strsm dtrsm ctrsm ztrsm
+""".split()
+
+# Functions that also have a subroutine form <name>sub_(..., result).
+SUBFORMS = """
+sdot ddot dsdot sdsdot cdotc cdotu zdotc zdotu snrm2 dnrm2 scnrm2 dznrm2
+sasum dasum scasum dzasum isamax idamax icamax izamax dcabs1
+""".split()
+
+# Declarations of the hand-written routines (core/stdblas/support.cpp).
+SUPPORT = """#ifdef __cplusplus
+typedef __complex__ float ork_fcomplex8;
+typedef __complex__ double ork_fcomplex16;
+#else
+typedef float _Complex ork_fcomplex8;
+typedef double _Complex ork_fcomplex16;
+#endif
+
+/* Non-zero when the first characters of a and b agree ignoring case. */
+ork_int32 lsame_(const char *a, const char *b, size_t a_len, size_t b_len);
+ork_int32 lsame_64_(const char *a, const char *b, size_t a_len, size_t b_len);
+/* Argument error handler: info is the 1-based position of the bad argument of
+ * routine srname (blank padded). Prints a message and ends the process, or,
+ * during a CBLAS call, passes the CBLAS position to cblas_xerbla. Programs may
+ * replace it; every report of the library calls it by its dynamic symbol. */
+void xerbla_(const char *srname, const ork_int32 *info, size_t srname_len);
+void xerbla_64_(const char *srname, const ork_int *info, size_t srname_len);
+/* The same with the name given as an array of srname_len characters. */
+void xerbla_array_(const char *srname, const ork_int32 *srname_len, const ork_int32 *info, size_t array_len);
+void xerbla_array_64_(const char *srname, const ork_int *srname_len, const ork_int *info, size_t array_len);
+/* |re(z)| + |im(z)| */
+float scabs1_(const ork_complex8 *z);
+float scabs1_64_(const ork_complex8 *z);
+void scabs1sub_(const ork_complex8 *z, float *result);
+void scabs1sub_64_(const ork_complex8 *z, float *result);
+"""
+
+VARIANTS = [("", "ork_int32"), ("_64", "ork_int")]
+COMPLEX_RETURN = {"ork_complex8": "ork_fcomplex8", "ork_complex16": "ork_fcomplex16"}
+
+
+def prototypes():
+    protos = {}
+    pat = re.compile(r"^(\w+)\s+ork_blas_(\w+)\((.*)\);", re.M)
+    for h in ["blas.h", "blas_level2.h", "blas_level3.h"]:
+        for ret, name, params in pat.findall((ROOT / "include/ork" / h).read_text()):
+            args = []
+            for p in params.split(","):
+                m = re.match(r"\s*(.*?)\s*\*?\s*(\w+)\s*$", p)
+                typ = p.strip()[: -len(m.group(2))].strip()
+                args.append((typ, m.group(2)))
+            protos[name] = (ret, args)
+    return protos
+
+
+def signature(name, ret, args, suffix, fint, result_arg=False):
+    """Fortran-side return type, parameter list and the forwarded call."""
+    params, call, lengths, locals_ = [], [], [], []
+    for typ, arg in args:
+        if typ == "const ork_int *":
+            params.append(f"const {fint} *{arg}")
+            if fint == "ork_int":
+                call.append(arg)
+            else:
+                locals_.append(f"const ork_int {arg}_ = *{arg};")
+                call.append(f"&{arg}_")
+        else:
+            params.append(f"{typ}{'' if typ.endswith('*') else ' '}{arg}")
+            call.append(arg)
+            if typ == "const char *":
+                lengths.append(f"size_t {arg}_len")
+    fret = {"ork_int": fint}.get(ret, COMPLEX_RETURN.get(ret, ret))
+    if result_arg:
+        params.append(f"{fret} *result")
+        fret = "void"
+    return fret, params + lengths, call, locals_
+
+
+def fortran_name(name, suffix, sub=False):
+    return f"{name}{'sub' if sub else ''}{suffix}_"
+
+
+def emit(protos):
+    decls, defs, names = [], [], []
+    for suffix, fint in VARIANTS:
+        decls.append(f"\n/* ---- {'32' if not suffix else '64'}-bit integers: name{suffix}_ ---- */")
+        defs.append(f"\n// ---- {'32' if not suffix else '64'}-bit integers")
+        for name in LEVEL1 + CHECKED:
+            ret, args = protos[name]
+            for sub in ([False, True] if name in SUBFORMS else [False]):
+                fret, params, call, locals_ = signature(name, ret, args, suffix, fint, sub)
+                fname = fortran_name(name, suffix, sub)
+                names.append(fname)
+                proto = f"{fret} {fname}({', '.join(params)})"
+                decls.append(proto + ";")
+                body = list(locals_)
+                if name in CHECKED:
+                    body.append(f'const ork::stdblas::fortran_call guard("{name}"{", true" if suffix else ""});')
+                inner = f"ork_blas_{name}({', '.join(call)})"
+                if ret == "void":
+                    body.append(inner + ";")
+                else:
+                    value = f"ork::stdblas::to_fortran({inner})" if ret in COMPLEX_RETURN else inner
+                    if ret == "ork_int":
+                        value = f"{fint}({inner})"
+                    body.append(f"*result = {value};" if sub else f"return {value};")
+                unnamed = [q for q in params if not q.endswith("_len")] + ["size_t"] * (len(params) - len([q for q in params if not q.endswith("_len")]))
+                dproto = f"{fret} {fname}({', '.join(unnamed)})"
+                defs.append(f"ORK_STDBLAS_API {dproto} {{ {' '.join(body)} }}")
+    return decls, defs, names
+
+
+def main():
+    # --out DIR writes the files under DIR instead of the repository
+    out = pathlib.Path(sys.argv[sys.argv.index("--out") + 1]) if "--out" in sys.argv else ROOT
+    for d in ["core/stdblas", "include/ork", "exports/stdblas"]:
+        (out / d).mkdir(parents=True, exist_ok=True)
+    decls, defs, names = emit(prototypes())
+    note = "generated by core/stdblas/generate.py from libork's prototypes; do not edit"
+    (out / "core/stdblas/fortran.cpp").write_text(
+        f"// The Fortran-callable BLAS over libork's entries ({note}).\n"
+        '#include "core/stdblas/stdblas.h"\n'
+        + "\n".join(defs) + "\n")
+    (out / "include/ork/fblas.h").write_text(
+        f"/* The Fortran BLAS interface of libblas.so.3 over libork ({note}).\n"
+        " * Integers are Fortran INTEGER: 32-bit for name_, 64-bit for name_64_.\n"
+        " * Every argument is by address; each character flag adds a hidden length\n"
+        " * (size_t) at the end, in flag order. Complex functions return the C99\n"
+        " * complex value, as gfortran does. */\n"
+        "#ifndef ORK_FBLAS_H\n#define ORK_FBLAS_H\n"
+        '#include "ork/types.h"\n'
+        "ORK_BEGIN_C\n" + SUPPORT + "\n".join(decls) + "\nORK_END_C\n#endif\n")
+    (out / "exports/stdblas/libblas_fortran.txt").write_text(
+        f"# Fortran names of libblas.so.3 ({note}).\n" + "\n".join(sorted(names)) + "\n")
+
+
+if __name__ == "__main__":
+    main()
