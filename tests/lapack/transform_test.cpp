@@ -117,6 +117,39 @@ TYPED_TEST(Transform, ReflectorMatchesItsDefinition) {
             }
 }
 
+// libork splits large calls into pieces of whole rows or columns: the same
+// bits for one thread and for several.
+TYPED_TEST(Transform, ThreadCountDoesNotChangeTheBits) {
+    using T = TypeParam;
+    using R = real_t<T>;
+    auto lasr = both_paths<lasr_dispatch_fn<T>>(lname<T>("lasr"))[0].second;
+    auto larfx = both_paths<larfx_fn<T>>(lname<T>("larfx"))[0].second;
+    idx m = 600, n = 500;  // above the size libork splits at
+    std::mt19937_64 g(7000);
+    std::vector<R> c(600), s(600);
+    for (std::size_t k = 0; k < c.size(); ++k) c[k] = R(std::cos(double(k))), s[k] = R(std::sin(double(k)));
+    std::vector<T> v(600), work(600);
+    for (T& x : v) x = rnd<T>(g);
+    const T tau = rnd<T>(g);
+    gmat<T> a(m, n);
+    a.fill(g);
+    for (const char* side : {"L", "R"}) {
+        SCOPED_TRACE(side);
+        gmat<T> one = a, two = a;
+        {
+            threads_scope t(1);
+            lasr(side, "T", "B", &m, &n, c.data(), s.data(), one.p(), &one.ld);
+            larfx(side, &m, &n, v.data(), &tau, one.p(), &one.ld, work.data());
+        }
+        {
+            threads_scope t(2);
+            lasr(side, "T", "B", &m, &n, c.data(), s.data(), two.p(), &two.ld);
+            larfx(side, &m, &n, v.data(), &tau, two.p(), &two.ld, work.data());
+        }
+        EXPECT_TRUE(same_all(one.v, two.v));
+    }
+}
+
 // ---- argument checks of libork's entries: one bad argument each, reported
 // by its position and, where there is info, returned there negated.
 TEST(LapackEntries, ReportTheFirstBadArgument) {

@@ -168,5 +168,27 @@ TYPED_TEST(Tridiagonal, FactoredSolveBufferedOrNotGivesTheSameBits) {
                 }
 }
 
+// libork splits many columns over threads, each piece with its own workspace.
+TYPED_TEST(Tridiagonal, FactoredSolveThreadCountDoesNotChangeTheBits) {
+    using T = TypeParam;
+    const idx n = 1024, nrhs = 300;
+    std::mt19937_64 g(4500);
+    std::vector<real_t<T>> d = random_vec<real_t<T>>(n, g, 1, 2);
+    std::vector<T> e = random_vec<T>(n - 1, g, -0.5, 0.5);
+    gmat<T> one(n, nrhs);
+    one.fill(g);
+    gmat<T> two = one;
+    const auto call = ptts2_paths<T>()[0];
+    {
+        threads_scope t(1);
+        call(0, n, nrhs, d.data(), e.data(), one.p(), one.ld);
+    }
+    {
+        threads_scope t(2);
+        call(0, n, nrhs, d.data(), e.data(), two.p(), two.ld);
+    }
+    EXPECT_TRUE(same_all(one.v, two.v));
+}
+
 }  // namespace
 }  // namespace ot
