@@ -18,7 +18,8 @@ template <class T> struct tri;
         static constexpr auto tpmv = &ork_blas_##p##tpmv, tpsv = &ork_blas_##p##tpsv;                          \
         static constexpr auto tbmv = &ork_blas_##p##tbmv, tbsv = &ork_blas_##p##tbsv;                          \
         static constexpr auto gemv = &ork_blas_##p##gemv;                                                      \
-        static constexpr auto xtrmv = &ork_blas_x##p##trmv, piece = &ork_blas_x##p##trmv_in_thread;            \
+        using xtrmv_t = decltype(&ork_blas_x##p##trmv);                                                    \
+        using piece_t = decltype(&ork_blas_x##p##trmv_in_thread);                                          \
         static constexpr const char* letter = #p;                                                              \
     };
 OT_TRI(s, float)
@@ -249,8 +250,8 @@ TYPED_TEST(Triangular, ProductRangesAndThreads) {
                     gvec<T> x(n, inc, 0, g);
                     const auto x0 = x.buf;
                     const char uf[] = {u, 0}, tf[] = {t, 0}, df[] = {'N', 0};
-                    const auto whole = kernel_symbol<decltype(A::xtrmv)>((std::string("ork_blas_x") + A::letter + "trmv").c_str());
-                    const auto piece = kernel_symbol<decltype(A::piece)>((std::string("ork_blas_x") + A::letter + "trmv_in_thread").c_str());
+                    const auto whole = kernel_symbol<typename A::xtrmv_t>((std::string("ork_blas_x") + A::letter + "trmv").c_str());
+                    const auto piece = kernel_symbol<typename A::piece_t>((std::string("ork_blas_x") + A::letter + "trmv_in_thread").c_str());
                     whole(uf, tf, df, &n, a.full.data(), &a.lda, x.p(), &inc);
                     std::vector<T> y(static_cast<std::size_t>(n));
                     // the pieces take x contiguous, as libork hands it to them
@@ -273,7 +274,7 @@ TYPED_TEST(Triangular, ProductRangesAndThreads) {
 // The first bad argument's position, as the reference BLAS numbers them.
 TEST(TriangularErrors, Positions) {
     const idx n = 3, k = 1, one = 1, zero = 0, neg = -1, two = 2;
-    double a[16] = {}, x[4] = {};
+    double a[64] = {}, x[16] = {};  // room for the accepted calls of every type
     struct row {
         const char *uplo, *trans, *diag;
         const idx *n, *k, *lda, *incx;
