@@ -29,5 +29,6 @@ void report(const char* what, const char* value, double err, double bound, doubl
             const char* unit = "GB/s");
 
 // Sections in files of their own (demo/<area>.cpp), called by main in order.
+void lapack_section();  // the reference LAPACK's dgesv on ork's libblas.so.3
 
 }  // namespace ork_demo
