@@ -248,6 +248,18 @@ struct packed_storage {
     }
 };
 
+// Column j's diagonal element, and its off-diagonal run of m elements from row lo.
+template <class T>
+struct split_run {
+    const T *diag, *run;
+    idx lo, m;
+};
+template <class T>
+split_run<T> split_column(column_run<T> c, idx j, bool upper) {
+    if (upper) return {c.p + (j - c.lo), c.p, c.lo, j - c.lo};
+    return {c.p, c.p + 1, j + 1, c.hi - j};
+}
+
 // Products with the off-diagonal run of one column: x[lo .. lo+m-1] += c*run
 // (x_i := x_i + c*A(i, j)), -= (x_i := x_i - c*A(i, j)), and the sum of
 // op(A(i, j))*x_i; the strided forms take the same formulas in order of i.
@@ -278,10 +290,7 @@ void tri_mv(const Storage& st, bool upper, bool trans, bool conj, bool unit, idx
     if (n <= 0) return;
     const strided<T> xv(n, x, incx);
     auto step = [&](idx j) {
-        const column_run<T> c = st.col(j);
-        const T* d = upper ? c.p + (j - c.lo) : c.p;  // the diagonal element
-        const T* run = upper ? c.p : c.p + 1;
-        const idx lo = upper ? c.lo : j + 1, m = upper ? j - c.lo : c.hi - j;
+        const auto [d, run, lo, m] = split_column(st.col(j), j, upper);
         if (!trans) {
             const T xj = xv[j];
             if (xj == zero<T>()) return;
@@ -305,10 +314,7 @@ void tri_sv(const Storage& st, bool upper, bool trans, bool conj, bool unit, idx
     if (n <= 0) return;
     const strided<T> xv(n, x, incx);
     auto step = [&](idx j) {
-        const column_run<T> c = st.col(j);
-        const T* d = upper ? c.p + (j - c.lo) : c.p;
-        const T* run = upper ? c.p : c.p + 1;
-        const idx lo = upper ? c.lo : j + 1, m = upper ? j - c.lo : c.hi - j;
+        const auto [d, run, lo, m] = split_column(st.col(j), j, upper);
         if (!trans) {
             if (xv[j] == zero<T>()) return;
             if (!unit) xv[j] = divide(xv[j], *d);
