@@ -49,8 +49,14 @@ void mm(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, idx lda, con
 }
 
 // Order of the diagonal blocks of the triangular kernels: one depth block
-// of the gemm engine of T, so each update is one pass of its nest.
-template <class T> constexpr idx tri_block = is_complex<T> ? 64 : std::is_same_v<T, float> ? 112 : 128;
+// of the gemm engine of T, so each update is one pass of its nest; half of
+// it for small triangles, where the compact kernels would otherwise do a
+// large share of the work. It depends on the order of A alone, so slabs of
+// B get the blocks of the whole problem.
+template <class T> idx tri_block(idx na) {
+    const idx full = is_complex<T> ? 64 : std::is_same_v<T, float> ? 112 : 128;
+    return na <= 4 * full ? full / 2 : full;
+}
 
 // Calls f(j, G) for groups of G = 4 columns, then single ones. The kernels
 // below give each column the same operations whatever group it falls in, so
@@ -190,7 +196,7 @@ void trsm(const tri_call& s, idx m, idx n, T alpha, const T* a, idx lda, T* b, i
     if (m < 1 || n < 1) return;
     if (alpha == zero<T>()) return gemm::zerom(m, n, b, ldb);
     if (!(alpha == one<T>())) gemm::scalm(m, n, alpha, b, ldb);
-    const idx na = s.left ? m : n, nb = tri_block<T>;
+    const idx na = s.left ? m : n, nb = tri_block<T>(na);
     const bool forward = s.left == s.op_lower();
     T* w = take<T>(nb * nb);
     diagonal_blocks(na, nb, forward, [&](idx i0, idx ib) {
@@ -215,7 +221,7 @@ template <class T>
 void trmm(const tri_call& s, idx m, idx n, T alpha, const T* a, idx lda, T* b, idx ldb) {
     if (m < 1 || n < 1) return;
     if (alpha == zero<T>()) return gemm::zerom(m, n, b, ldb);
-    const idx na = s.left ? m : n, nb = tri_block<T>;
+    const idx na = s.left ? m : n, nb = tri_block<T>(na);
     const bool ascending = s.left != s.op_lower();
     T* w = take<T>(nb * nb);
     diagonal_blocks(na, nb, ascending, [&](idx i0, idx ib) {
