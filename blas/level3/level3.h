@@ -80,7 +80,57 @@ void take_triangle(char t, bool stored_lower, bool unit, idx nb, const T* a, idx
     }
 }
 
-// ---- compact triangular kernels on one diagonal block W (nb x nb, ld nb)
+// ---- compact triangular kernels on one diagonal block W (nb x nb, ld nb).
+// The left kernels sweep the unknowns in pieces of four: the piece by the
+// plain sweep, then the rows outside it take the four columns of W in one
+// pass; the right kernels take four columns of B per pass. Every element
+// receives the same operations in the same order as in the plain sweep.
+
+// x_q[i] -= (sub) or += c[a][q]*w(i, ks[a]) for i in [r0, r1), a = 0 .. KP-1 in order.
+template <int KP, int G, bool sub, class T>
+void piece_to_rows(const idx* ks, const T (*c)[G], const T* w, idx nb, T* const* x, idx r0, idx r1) {
+    if constexpr (KP == 4 && G == 4) {
+        // the common case column by column with unaliased pointers, so that
+        // it vectorises over i
+        T* __restrict x0 = x[0];
+        T* __restrict x1 = x[1];
+        T* __restrict x2 = x[2];
+        T* __restrict x3 = x[3];
+        const T* __restrict w0 = w + ks[0] * nb;
+        const T* __restrict w1 = w + ks[1] * nb;
+        const T* __restrict w2 = w + ks[2] * nb;
+        const T* __restrict w3 = w + ks[3] * nb;
+        auto one_column = [&](T* __restrict xq, int q) {
+            const T c0 = c[0][q], c1 = c[1][q], c2 = c[2][q], c3 = c[3][q];
+            for (idx i = r0; i < r1; ++i) {
+                if constexpr (sub) xq[i] = (((xq[i] - c0 * w0[i]) - c1 * w1[i]) - c2 * w2[i]) - c3 * w3[i];
+                else xq[i] = (((xq[i] + c0 * w0[i]) + c1 * w1[i]) + c2 * w2[i]) + c3 * w3[i];
+            }
+        };
+        one_column(x0, 0);
+        one_column(x1, 1);
+        one_column(x2, 2);
+        one_column(x3, 3);
+        return;
+    }
+    const T* wk[KP];
+    for (int a = 0; a < KP; ++a) wk[a] = w + ks[a] * nb;
+    for (idx i = r0; i < r1; ++i)
+        for (int q = 0; q < G; ++q) {
+            T v = x[q][i];
+            for (int a = 0; a < KP; ++a) {
+                if constexpr (sub) v -= c[a][q] * wk[a][i];
+                else v += c[a][q] * wk[a][i];
+            }
+            x[q][i] = v;
+        }
+}
+template <int G, bool sub, class T>
+void piece_to_rows(idx kp, const idx* ks, const T (*c)[G], const T* w, idx nb, T* const* x, idx r0, idx r1) {
+    if (r0 >= r1) return;
+    if (kp == 4) return piece_to_rows<4, G, sub>(ks, c, w, nb, x, r0, r1);
+    for (idx a = 0; a < kp; ++a) piece_to_rows<1, G, sub>(ks + a, c + a, w, nb, x, r0, r1);
+}
 
 // B := W^-1 B (B nb x n): column sweeps, forward for lower W, backward for
 // upper; each x_k is divided by W(k, k).
@@ -90,16 +140,68 @@ void solve_left(bool lower, idx nb, const T* w, idx n, T* b, idx ldb) {
         constexpr int G = decltype(g)::value;
         T* x[G];
         for (int q = 0; q < G; ++q) x[q] = b + (j + q) * ldb;
-        for (idx s = 0; s < nb; ++s) {
-            const idx k = lower ? s : nb - 1 - s;
-            const T* wk = w + k * nb;
-            T xk[G];
-            for (int q = 0; q < G; ++q) xk[q] = x[q][k] = divide(x[q][k], wk[k]);
-            const idx i0 = lower ? k + 1 : 0, i1 = lower ? nb : k;
-            for (idx i = i0; i < i1; ++i)
-                for (int q = 0; q < G; ++q) x[q][i] -= xk[q] * wk[i];
+        for (idx p0 = 0; p0 < nb; p0 += 4) {
+            const idx kp = nb - p0 < 4 ? nb - p0 : 4;
+            idx ks[4];
+            T xk[4][G];
+            for (idx a = 0; a < kp; ++a) ks[a] = lower ? p0 + a : nb - 1 - p0 - a;
+            for (idx a = 0; a < kp; ++a) {
+                const T* wk = w + ks[a] * nb;
+                for (int q = 0; q < G; ++q) xk[a][q] = x[q][ks[a]] = divide(x[q][ks[a]], wk[ks[a]]);
+                for (idx r = a + 1; r < kp; ++r)
+                    for (int q = 0; q < G; ++q) x[q][ks[r]] -= xk[a][q] * wk[ks[r]];
+            }
+            piece_to_rows<G, true>(kp, ks, xk, w, nb, x, lower ? p0 + kp : 0, lower ? nb : nb - p0 - kp);
         }
     });
+}
+
+// B := alpha*W*B in place (B nb x n): upper W takes the rows from the top,
+// lower W from the bottom, so each row is read before it is overwritten.
+template <class T>
+void multiply_left(bool lower, idx nb, const T* w, T alpha, idx n, T* b, idx ldb) {
+    column_groups(n, [&](idx j, auto g) {
+        constexpr int G = decltype(g)::value;
+        T* x[G];
+        for (int q = 0; q < G; ++q) x[q] = b + (j + q) * ldb;
+        for (idx p0 = 0; p0 < nb; p0 += 4) {
+            const idx kp = nb - p0 < 4 ? nb - p0 : 4;
+            idx ks[4];
+            T t[4][G];
+            for (idx a = 0; a < kp; ++a) ks[a] = lower ? nb - 1 - p0 - a : p0 + a;
+            for (idx a = 0; a < kp; ++a) {
+                const T* wk = w + ks[a] * nb;
+                for (int q = 0; q < G; ++q) t[a][q] = alpha * x[q][ks[a]];
+                for (idx r = 0; r < a; ++r)
+                    for (int q = 0; q < G; ++q) x[q][ks[r]] += t[a][q] * wk[ks[r]];
+                for (int q = 0; q < G; ++q) x[q][ks[a]] = t[a][q] * wk[ks[a]];
+            }
+            piece_to_rows<G, false>(kp, ks, t, w, nb, x, lower ? nb - p0 : 0, lower ? nb : p0);
+        }
+    });
+}
+
+// bc[i] -= (sub) or += coef(l)*B(i, l) for l in [l0, l1) in order, four
+// columns of B per pass.
+template <bool sub, class T, class F>
+void columns_into(T* bc, idx h, const T* br, idx ldb, idx l0, idx l1, F coef) {
+    idx l = l0;
+    for (; l + 4 <= l1; l += 4) {
+        const T f0 = coef(l), f1 = coef(l + 1), f2 = coef(l + 2), f3 = coef(l + 3);
+        const T *b0 = br + l * ldb, *b1 = b0 + ldb, *b2 = b1 + ldb, *b3 = b2 + ldb;
+        for (idx i = 0; i < h; ++i) {
+            if constexpr (sub) bc[i] = (((bc[i] - f0 * b0[i]) - f1 * b1[i]) - f2 * b2[i]) - f3 * b3[i];
+            else bc[i] = (((bc[i] + f0 * b0[i]) + f1 * b1[i]) + f2 * b2[i]) + f3 * b3[i];
+        }
+    }
+    for (; l < l1; ++l) {
+        const T f = coef(l);
+        const T* bl = br + l * ldb;
+        for (idx i = 0; i < h; ++i) {
+            if constexpr (sub) bc[i] -= f * bl[i];
+            else bc[i] += f * bl[i];
+        }
+    }
 }
 
 // B := B W^-1 (B m x nb): column c of the solution is column c of B less
@@ -114,37 +216,11 @@ void solve_right(bool lower, idx nb, const T* w, idx m, T* b, idx ldb) {
         for (idx s = 0; s < nb; ++s) {
             const idx c = lower ? nb - 1 - s : s;
             T* bc = br + c * ldb;
-            const idx l0 = lower ? c + 1 : 0, l1 = lower ? nb : c;
-            for (idx l = l0; l < l1; ++l) {
-                const T f = w[l + c * nb];
-                const T* bl = br + l * ldb;
-                for (idx i = 0; i < h; ++i) bc[i] -= f * bl[i];
-            }
+            columns_into<true>(bc, h, br, ldb, lower ? c + 1 : 0, lower ? nb : c, [&](idx l) { return w[l + c * nb]; });
             const T d = w[c + c * nb];
             for (idx i = 0; i < h; ++i) bc[i] = divide(bc[i], d);
         }
     }
-}
-
-// B := alpha*W*B in place (B nb x n): upper W takes the rows from the top,
-// lower W from the bottom, so each row is read before it is overwritten.
-template <class T>
-void multiply_left(bool lower, idx nb, const T* w, T alpha, idx n, T* b, idx ldb) {
-    column_groups(n, [&](idx j, auto g) {
-        constexpr int G = decltype(g)::value;
-        T* x[G];
-        for (int q = 0; q < G; ++q) x[q] = b + (j + q) * ldb;
-        for (idx s = 0; s < nb; ++s) {
-            const idx k = lower ? nb - 1 - s : s;
-            const T* wk = w + k * nb;
-            T t[G];
-            for (int q = 0; q < G; ++q) t[q] = alpha * x[q][k];
-            const idx i0 = lower ? k + 1 : 0, i1 = lower ? nb : k;
-            for (idx i = i0; i < i1; ++i)
-                for (int q = 0; q < G; ++q) x[q][i] += t[q] * wk[i];
-            for (int q = 0; q < G; ++q) x[q][k] = t[q] * wk[k];
-        }
-    });
 }
 
 // B := alpha*B*W in place (B m x nb): upper W builds the columns from the
@@ -160,12 +236,8 @@ void multiply_right(bool lower, idx nb, const T* w, T alpha, idx m, T* b, idx ld
             T* bc = br + c * ldb;
             const T d = alpha * w[c + c * nb];
             for (idx i = 0; i < h; ++i) bc[i] = d * bc[i];
-            const idx l0 = lower ? c + 1 : 0, l1 = lower ? nb : c;
-            for (idx l = l0; l < l1; ++l) {
-                const T f = alpha * w[l + c * nb];
-                const T* bl = br + l * ldb;
-                for (idx i = 0; i < h; ++i) bc[i] += f * bl[i];
-            }
+            columns_into<false>(bc, h, br, ldb, lower ? c + 1 : 0, lower ? nb : c,
+                                [&](idx l) { return alpha * w[l + c * nb]; });
         }
     }
 }
