@@ -131,6 +131,32 @@ template <class T, bool herm, class R> void products(const R& routine) {
 TYPED_TEST(Level3, SymmetricProduct) { products<TypeParam, false>(l3<TypeParam>::symm); }
 TYPED_TEST(Hermitian, HermitianProduct) { products<TypeParam, true>(l3h<TypeParam>::hemm); }
 
+// The recursive piece alone: C += alpha*A*B or alpha*B*A in the caller's
+// 524288-byte workspace, C not scaled.
+TYPED_TEST(Level3, SymmetricRecursivePiece) {
+    using T = TypeParam;
+    using piece = void (*)(const char*, const char*, const idx*, const idx*, const T*, const T*, const idx*, const T*,
+                           const idx*, T*, const idx*, void*);
+    const std::string name = std::string("ork_blas_x") + (std::is_same_v<T, float> ? "s" : std::is_same_v<T, double> ? "d" : is_cx<T> && sizeof(T) == 8 ? "c" : "z") + "symm_recursive";
+    const piece f = kernel_symbol<piece>(name.c_str());
+    buffer<unsigned char> work(524288, 0, 0);
+    std::mt19937_64 g(15);
+    const idx m = 150, n = 139;
+    const T alpha = make<T>(0.5, is_cx<T> ? -1 : 0);
+    for (const char* side : {"L", "R"})
+        for (const char* uplo : {"U", "L"}) {
+            const bool left = *side == 'L', lower = *uplo == 'L';
+            const idx na = left ? m : n;
+            gmat<T> A = triangle_only<T>(na, lower, g, 0), B = random_mat<T>(m, n, g), C = random_mat<T>(m, n, g);
+            const gmat<T> full = dense<T>(na, [&](idx i, idx j) { return (lower ? i >= j : i <= j) ? A.at(i, j) : A.at(j, i); });
+            const product want = left ? reference<long double>('N', 'N', m, n, m, alpha, full.p(), full.ld, B.p(), B.ld, make<T>(1), C.p(), C.ld)
+                                      : reference<long double>('N', 'N', m, n, n, alpha, B.p(), B.ld, full.p(), full.ld, make<T>(1), C.p(), C.ld);
+            const auto c0 = C.buf.snapshot();
+            f(side, uplo, &m, &n, &alpha, A.p(), &A.ld, B.p(), &B.ld, C.p(), &C.ld, work.data());
+            EXPECT_TRUE(agrees(C, c0, want, na)) << side << uplo;
+        }
+}
+
 // ---- rank-k and rank-2k updates. S: type of alpha (real for herk); B:
 // type of beta (real for herk, her2k).
 template <class T, bool herm, bool two, class S, class Bt, class R> void updates(const R& routine) {
