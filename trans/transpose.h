@@ -142,37 +142,67 @@ struct divider {
 };
 
 // In-place transposition of a rows x cols matrix from leading dimension lda
-// to ldb (ldb >= rows) by following the cycles of q -> (q div lda) +
-// (q mod lda)*ldb, with no work memory: a position leads its cycle when the
-// walk from it meets no smaller valid position first.
+// to ldb (ldb >= rows) by following the cycles of next(q) = (q div lda) +
+// (q mod lda)*ldb, with no work memory. Position q holds source element
+// (q div lda, q mod lda), valid when inside rows x cols. A valid position p
+// leads its cycle when the walk from next(p) meets no valid position below p
+// before p itself; the leader then carries each valid value one step along
+// the cycle, scaled.
+//
+// The walks are pure arithmetic, one dependent chain each, so eight of them
+// (for consecutive positions) are interleaved; a position found to lead has
+// its cycle moved at once. Cycles are disjoint, so the order in which they
+// move does not change the result.
 template <class T, bool Conj>
 void mipt_t(uidx rows, uidx cols, T alpha, T* ab, uidx lda, uidx ldb) {
     if (rows == 0 || cols == 0) return;
     const divider by_lda(lda);
-    for (uidx pr = 0; pr < rows; ++pr) {
-        for (uidx pc = 0; pc < cols; ++pc) {
-            const uidx p = pr * lda + pc;
-            uidx q = pr + pc * ldb;
-            for (;;) {
-                uidx r, c;
-                by_lda.divmod(q, r, c);
-                if (q <= p && c < cols) break;
-                q = r + c * ldb;
+    auto move_cycle = [&](uidx p) {
+        uidx r, c;  // the coordinates of q
+        by_lda.divmod(p, r, c);
+        T carry = ab[p];
+        bool carrying = true;
+        uidx q;
+        do {
+            q = r + c * ldb;
+            by_lda.divmod(q, r, c);
+            const bool valid = c < cols && r < rows;
+            T read{};
+            if (valid && q != p) read = ab[q];
+            if (carrying) ab[q] = moved<T, Conj>(alpha, carry);
+            carry = read;
+            carrying = valid;
+        } while (q != p);
+    };
+    struct walk {
+        uidx p, q;
+    };
+    constexpr int lanes = 8;
+    walk w[lanes];
+    uidx pr = 0, pc = 0;  // the next valid position to test, row by row
+    auto take = [&](walk& k) {
+        if (pr == rows) return false;
+        k.p = pr * lda + pc;
+        k.q = pr + pc * ldb;
+        if (++pc == cols) pc = 0, ++pr;
+        return true;
+    };
+    int n = 0;
+    while (n < lanes && take(w[n])) ++n;
+    while (n > 0) {
+        for (int k = 0; k < n;) {
+            uidx r, c;
+            by_lda.divmod(w[k].q, r, c);
+            if (w[k].q <= w[k].p && c < cols) {
+                if (w[k].q == w[k].p) move_cycle(w[k].p);
+                if (!take(w[k])) {
+                    w[k] = w[--n];
+                    continue;
+                }
+            } else {
+                w[k].q = r + c * ldb;
             }
-            if (q != p) continue;
-            T carry = ab[p];
-            bool carrying = true;
-            uidx r = pr, c = pc;  // the coordinates of q
-            do {
-                q = r + c * ldb;
-                by_lda.divmod(q, r, c);
-                const bool valid = c < cols && r < rows;
-                T read{};
-                if (valid && q != p) read = ab[q];
-                if (carrying) ab[q] = moved<T, Conj>(alpha, carry);
-                carry = read;
-                carrying = valid;
-            } while (q != p);
+            ++k;
         }
     }
 }

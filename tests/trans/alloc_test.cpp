@@ -100,7 +100,10 @@ TYPED_TEST(TransAllocation, NoneAnywhere) {
     for (const char* t : {"N", "T", "R", "C"})
         for (const char* o : {"R", "C"}) {
             copy2(o, t, &m, &n, &alpha, a.data(), &big, &one, b.data(), &big, &one);
-            for (u64 lb : {m, n, u64(41)}) inplace(o, t, &m, &n, &alpha, a.data(), &n, &lb);
+            // row length before and after, as stored in this ordering
+            const bool row = o[0] == 'R', tp = t[0] == 'T' || t[0] == 'C';
+            const u64 la = row ? n : m, natural = row == tp ? m : n;
+            for (u64 lb : {natural, natural + 4}) inplace(o, t, &m, &n, &alpha, a.data(), &la, &lb);
             inplace(o, t, &m, &m, &alpha, a.data(), &m, &m);
             sum(o, "N", t, &m, &n, &alpha, a.data(), &big, &alpha, b.data(), &big, c.data(), &big);
             sum(o, "N", t, &m, &n, &alpha, c.data(), &big, &alpha, b.data(), &big, c.data(), &big);
