@@ -286,9 +286,10 @@ void trsm(const tri_call& s, idx m, idx n, T alpha, const T* a, idx lda, T* b, i
     ork_serv_deallocate(w);
 }
 
-// B := alpha*op(A)*B (left) or alpha*B*op(A) (right). Each block of the
-// result takes its diagonal part in place, then the part of the rest of B
-// that is still unchanged, so blocks go in the order that keeps it so.
+// B := alpha*op(A)*B (left) or alpha*B*op(A) (right), right-looking: each
+// block of B, still unchanged, first adds its part to the blocks already
+// done (one gemm of depth nb), then takes its diagonal part in place. The
+// blocks go in the order in which the done ones need nothing else of it.
 template <class T>
 void trmm(const tri_call& s, idx m, idx n, T alpha, const T* a, idx lda, T* b, idx ldb) {
     if (m < 1 || n < 1) return;
@@ -298,14 +299,14 @@ void trmm(const tri_call& s, idx m, idx n, T alpha, const T* a, idx lda, T* b, i
     T* w = take<T>(nb * nb);
     diagonal_blocks(na, nb, ascending, [&](idx i0, idx ib) {
         take_triangle(s.t, s.lower, s.unit, ib, a + i0 + i0 * lda, lda, w);
-        const idx o0 = ascending ? i0 + ib : 0, on = ascending ? na - o0 : i0;  // the unchanged rest
+        const idx f0 = ascending ? 0 : i0 + ib, fn = ascending ? i0 : na - f0;  // the blocks done
         if (s.left) {
+            mm(s.t, 'N', fn, n, ib, alpha, op_ptr(s.t, a, lda, f0, i0), lda, b + i0, ldb, one<T>(), b + f0, ldb);
             multiply_left(s.op_lower(), ib, w, alpha, n, b + i0, ldb);
-            mm(s.t, 'N', ib, n, on, alpha, op_ptr(s.t, a, lda, i0, o0), lda, b + o0, ldb, one<T>(), b + i0, ldb);
         } else {
+            mm('N', s.t, m, fn, ib, alpha, b + i0 * ldb, ldb, op_ptr(s.t, a, lda, i0, f0), lda, one<T>(),
+               b + f0 * ldb, ldb);
             multiply_right(s.op_lower(), ib, w, alpha, m, b + i0 * ldb, ldb);
-            mm('N', s.t, m, ib, on, alpha, b + o0 * ldb, ldb, op_ptr(s.t, a, lda, o0, i0), lda, one<T>(),
-               b + i0 * ldb, ldb);
         }
     });
     ork_serv_deallocate(w);
