@@ -30,5 +30,6 @@ void report(const char* what, const char* value, double err, double bound, doubl
 
 // Sections in files of their own (demo/<area>.cpp), called by main in order.
 void lapack_section();  // the reference LAPACK's dgesv on ork's libblas.so.3
+void trans_section();   // out-of-place and in-place transposition (demo/trans.cpp)
 
 }  // namespace ork_demo

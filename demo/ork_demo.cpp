@@ -206,6 +206,7 @@ int main() {
 
     level1();
     gemm();
+    trans_section();
     lapack_section();
 
     std::printf("\n%s\n", failures ? "some checks FAILED" : "all checks passed");
