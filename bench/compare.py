@@ -35,12 +35,12 @@ import sys
 
 REPO = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
 DEFAULT_BIN_DIR = os.path.join(REPO, "build", "release", "bin")
-PROGRAMS = {"level1": "ork-bench-level1", "gemm": "ork-bench-gemm", "triangular": "ork-bench-triangular",
+PROGRAMS = {"level1": "ork-bench-level1", "gemm": "ork-bench-gemm", "trans": "ork-bench-trans", "triangular": "ork-bench-triangular",
             "level3": "ork-bench-level3", "level2": "ork-bench-level2"}
 # Per mode: --benchmark_min_time and repetitions unless given. The gemm
 # program runs its longest products (a second or more per call) once,
 # whatever the repetitions.
-MODE_DEFAULTS = {"level1": ("0.2", 5), "gemm": ("0.05", 3), "triangular": ("0.2", 3),
+MODE_DEFAULTS = {"level1": ("0.2", 5), "gemm": ("0.05", 3), "trans": ("0.5", 3), "triangular": ("0.2", 3),
                  "level3": ("0.05", 3), "level2": ("0.2", 3)}
 
 # Name fields Google Benchmark appends that are not arguments of the call.
