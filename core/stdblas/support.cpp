@@ -1,7 +1,6 @@
 // lsame, xerbla, xerbla_array, scabs1, the CBLAS error handler and flags, and
 // the route from libork's error reports to them.
 #include <cctype>
-#include <cmath>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
@@ -9,11 +8,6 @@
 
 #include "core/stdblas/stdblas.h"
 
-// Read and written by CBLAS test programs; plain ints, as they declare them.
-extern "C" {
-__attribute__((visibility("default"))) int RowMajorStrg = 0;
-__attribute__((visibility("default"))) int CBLAS_CallFromC = 0;
-}
 
 namespace ork::stdblas {
 namespace {
@@ -147,7 +141,7 @@ ORK_STDBLAS_API void xerbla_array_64_(const char* srname, const ork_int* srname_
     xerbla_array(srname, *srname_len, *info, xerbla_64_);
 }
 
-ORK_STDBLAS_API float scabs1_(const ork_complex8* z) { return std::fabs(z->re) + std::fabs(z->im); }
+ORK_STDBLAS_API float scabs1_(const ork_complex8* z) { return __builtin_fabsf(z->re) + __builtin_fabsf(z->im); }
 ORK_STDBLAS_API float scabs1_64_(const ork_complex8* z) { return scabs1_(z); }
 ORK_STDBLAS_API void scabs1sub_(const ork_complex8* z, float* result) { *result = scabs1_(z); }
 ORK_STDBLAS_API void scabs1sub_64_(const ork_complex8* z, float* result) { *result = scabs1_(z); }
