@@ -36,12 +36,12 @@ double axpy_dot(idx m, const double* a, double t, const double* x, double* y, bo
 cx<float> axpy_dot(idx m, const cx<float>* a, cx<float> t, const cx<float>* x, cx<float>* y, bool conj);
 cx<double> axpy_dot(idx m, const cx<double>* a, cx<double> t, const cx<double>* x, cx<double>* y, bool conj);
 
-// Two columns in one pass: y[i] += t0*a0[i] + t1*a1[i], and sums[0] and
-// sums[1] grow by sum op(a0[i])*x[i] and sum op(a1[i])*x[i].
-void axpy_dot2(idx m, const float* a0, const float* a1, float t0, float t1, const float* x, float* y, float* sums, bool conj);
-void axpy_dot2(idx m, const double* a0, const double* a1, double t0, double t1, const double* x, double* y, double* sums, bool conj);
-void axpy_dot2(idx m, const cx<float>* a0, const cx<float>* a1, cx<float> t0, cx<float> t1, const cx<float>* x, cx<float>* y, cx<float>* sums, bool conj);
-void axpy_dot2(idx m, const cx<double>* a0, const cx<double>* a1, cx<double> t0, cx<double> t1, const cx<double>* x, cx<double>* y, cx<double>* sums, bool conj);
+// Four columns in one pass: y[i] += sum over k < 4 of t[k]*a[k][i], and
+// sums[k] grows by sum op(a[k][i])*x[i].
+void axpy_dot4(idx m, const float* const* a, const float* t, const float* x, float* y, float* sums, bool conj);
+void axpy_dot4(idx m, const double* const* a, const double* t, const double* x, double* y, double* sums, bool conj);
+void axpy_dot4(idx m, const cx<float>* const* a, const cx<float>* t, const cx<float>* x, cx<float>* y, cx<float>* sums, bool conj);
+void axpy_dot4(idx m, const cx<double>* const* a, const cx<double>* t, const cx<double>* x, cx<double>* y, cx<double>* sums, bool conj);
 
 // One column of a rank-2 update: a[i] := (a[i] + x[i]*t1) + y[i]*t2.
 void axpy2(idx m, const float* x, float t1, const float* y, float t2, float* a);

@@ -103,8 +103,8 @@ void gbmv(char trans, idx m, idx n, idx kl, idx ku, T alpha, const T* a, idx lda
 // triangle stored in storage S. Each stored element is read once for both of
 // its uses: column j adds (alpha*x_j)*a_ij to y_i over its off-diagonal rows
 // and sums op(a_ij)*x_i for y_j, which then takes the diagonal term too.
-// With unit increments two columns share one pass over the rows they have in
-// common; the rows of one only go alone.
+// With unit increments four columns share one pass over the rows they have
+// in common; the rows of fewer go column by column.
 template <class T, bool Herm, class S>
 void symmetric_mv(bool upper, idx n, T alpha, S st, const T* x, idx incx, T beta, T* y, idx incy) {
     if (n <= 0 || (alpha == zero<T>() && beta == one<T>())) return;
@@ -134,27 +134,42 @@ void symmetric_mv(bool upper, idx n, T alpha, S st, const T* x, idx incx, T beta
         if constexpr (Herm) yv[j] += times(t1, p[j].re) + alpha * t2;
         else yv[j] += t1 * p[j] + alpha * t2;
     };
-    const idx step = unit ? 2 : 1;
-    for (idx j = 0; j < n; j += step) {
-        if (j + 1 == n || !unit) {
+    constexpr idx G = 4;  // columns a pass with unit increments
+    for (idx j = 0; j < n;) {
+        if (j + G > n || !unit) {
             const T t1 = alpha * xv[j];
             const T* p = st.col(j, upper);
             const rows r = off_diagonal(j);
             diagonal(j, p, t1, part(p, t1, r.lo, r.hi));
+            ++j;
             continue;
         }
-        const T t[2] = {alpha * xv[j], alpha * xv[j + 1]};
-        const T* p[2] = {st.col(j, upper), st.col(j + 1, upper)};
-        const rows r[2] = {off_diagonal(j), off_diagonal(j + 1)};
-        const idx lo = r[0].lo > r[1].lo ? r[0].lo : r[1].lo, hi = r[0].hi < r[1].hi ? r[0].hi : r[1].hi;
-        T sums[2] = {zero<T>(), zero<T>()};
-        if (hi > lo) inner::axpy_dot2(hi - lo, p[0] + lo, p[1] + lo, t[0], t[1], x + lo, y + lo, sums, Herm);
-        for (int k = 0; k < 2; ++k) {
-            const idx a = hi > lo ? lo : r[k].hi, b = hi > lo ? hi : r[k].hi;  // the shared rows, if any
+        T t[G], sums[G];
+        const T* p[G];
+        rows r[G];
+        idx lo = 0, hi = n;
+        for (idx k = 0; k < G; ++k) {
+            t[k] = alpha * xv[j + k];
+            p[k] = st.col(j + k, upper);
+            r[k] = off_diagonal(j + k);
+            sums[k] = zero<T>();
+            if (r[k].lo > lo) lo = r[k].lo;
+            if (r[k].hi < hi) hi = r[k].hi;
+        }
+        if (hi > lo) {
+            const T* shared[G];
+            for (idx k = 0; k < G; ++k) shared[k] = p[k] + lo;
+            inner::axpy_dot4(hi - lo, shared, t, x + lo, y + lo, sums, Herm);
+        } else {
+            lo = hi = n;  // no shared rows: each column goes alone
+        }
+        for (idx k = 0; k < G; ++k) {
+            const idx a = lo < r[k].hi ? lo : r[k].hi, b = hi > r[k].lo ? hi : r[k].lo;
             sums[k] += part(p[k], t[k], r[k].lo, a);
             sums[k] += part(p[k], t[k], b, r[k].hi);
             diagonal(j + k, p[k], t[k], sums[k]);
         }
+        j += G;
     }
 }
 

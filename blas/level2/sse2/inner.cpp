@@ -120,9 +120,9 @@ void over_rows(idx m, F f) {
     if (i < m) f(i, m - i);
 }
 
-// Columns per pass: four of reals, two of complex (whose sums take two
-// registers each).
-template <class T> constexpr int group = is_complex<T> ? 2 : 4;
+// Columns per pass over y (N) or x (T): eight of reals, four of complex,
+// whose scalars and sums take two registers each.
+template <class T> constexpr int group = is_complex<T> ? 4 : 8;
 
 // ---- y += A*t, C columns at a time: s = a0*t0 + a1*t1 + ... in column order
 template <class T, int C>
@@ -146,63 +146,29 @@ void gemv_n_any(idx m, idx n, const T* a, idx lda, const T* t, T* y) {
     for (; j < n; ++j) gemv_n_group<T, 1>(m, a + j * lda, lda, t + j, y);
 }
 
-// ---- r += A'*x, C columns at a time. Each column keeps U partial sums,
-// vector v of the column going to sum v mod U; they are added in order at the
-// end, then the lanes. The same code serves one column, so a column's sum
-// never depends on its neighbours.
-template <class T> constexpr int unroll = is_complex<T> ? 1 : 2;
-
-template <class T, int C>
-void gemv_t_group(idx m, const T* a, idx lda, const T* x, T* r, bool conj) {
-    using W = vec<T>;
-    constexpr idx P = W::per;
-    constexpr int U = unroll<T>;
-    typename W::sum s[C][U];
-    idx i = 0;
-    for (; i + U * P <= m; i += U * P)
-        for (int u = 0; u < U; ++u) {
-            const auto xv = load(x + i + u * P, P);
-            for (int k = 0; k < C; ++k) s[k][u].add(load(a + k * lda + i + u * P, P), xv);
-        }
-    for (int u = 0; i < m; ++u, i += P) {
-        const idx count = m - i < P ? m - i : P;
-        const auto xv = load(x + i, count);
-        for (int k = 0; k < C; ++k) s[k][u].add(load(a + k * lda + i, count), xv);
-    }
-    for (int k = 0; k < C; ++k) {
-        for (int u = 1; u < U; ++u) s[k][0].add(s[k][u]);
-        r[k] += s[k][0].result(conj);
-    }
-}
-
-template <class T>
-void gemv_t_any(idx m, idx n, const T* a, idx lda, const T* x, T* r, bool conj) {
-    constexpr int C = group<T>;
-    idx j = 0;
-    for (; j + C <= n; j += C) gemv_t_group<T, C>(m, a + j * lda, lda, x, r + j, conj);
-    for (; j < n; ++j) gemv_t_group<T, 1>(m, a + j * lda, lda, x, r + j, conj);
-}
-
-// ---- C columns of a symmetric product in one pass over y and x:
-// y += sum_k t[k]*a_k, and sums[k] += sum op(a_k)*x; U partial sums as above.
-template <class T, int C>
-void axpy_dot_group(idx m, const T* const* a, const T* t, const T* x, T* y, T* sums, bool conj) {
+// ---- C columns of sums op(a_k)*x, U partial sums a column: vector v of
+// the column goes to sum v mod U; they are added in order at the end, then
+// the lanes. Symmetric products (Axpy) also add t[k]*a_k to y in the same
+// pass. The sum of a column depends on m, C and U only.
+template <class T, int C, int U, bool Axpy>
+void sums_group(idx m, const T* const* a, const T* t, const T* x, T* y, T* sums, bool conj) {
     using W = vec<T>;
     using S = typename W::S;
     constexpr idx P = W::per;
-    constexpr int U = unroll<T>;
     typename W::scalar ts[C];
-    for (int k = 0; k < C; ++k) ts[k] = typename W::scalar(t[k]);
+    if constexpr (Axpy)
+        for (int k = 0; k < C; ++k) ts[k] = typename W::scalar(t[k]);
     typename W::sum s[C][U];
     auto step = [&](idx i, idx count, int u) {
         const auto xv = load(x + i, count);
-        auto yv = load(y + i, count);
+        typename W::V yv;
+        if constexpr (Axpy) yv = load(y + i, count);
         for (int k = 0; k < C; ++k) {
             const auto av = load(a[k] + i, count);
-            yv = S::add(yv, ts[k].times(av));
+            if constexpr (Axpy) yv = S::add(yv, ts[k].times(av));
             s[k][u].add(av, xv);
         }
-        store(y + i, yv, count);
+        if constexpr (Axpy) store(y + i, yv, count);
     };
     idx i = 0;
     for (; i + U * P <= m; i += U * P)
@@ -214,18 +180,40 @@ void axpy_dot_group(idx m, const T* const* a, const T* t, const T* x, T* y, T* s
     }
 }
 
+// r += A'*x: one partial sum a column whatever the group, so that a column
+// left over gets the bits it would get in a group.
+template <class T>
+void gemv_t_any(idx m, idx n, const T* a, idx lda, const T* x, T* r, bool conj) {
+    constexpr int C = group<T>;
+    const T* cols[C];
+    idx j = 0;
+    for (; j + C <= n; j += C) {
+        for (int k = 0; k < C; ++k) cols[k] = a + (j + k) * lda;
+        sums_group<T, C, 1, false>(m, cols, nullptr, x, nullptr, r + j, conj);
+    }
+    for (; j < n; ++j) {
+        cols[0] = a + j * lda;
+        sums_group<T, 1, 1, false>(m, cols, nullptr, x, nullptr, r + j, conj);
+    }
+}
+
+// One column alone keeps two partial sums of reals; four columns of reals
+// (two passes of two of complex) keep one each.
 template <class T>
 T axpy_dot_any(idx m, const T* a, T t, const T* x, T* y, bool conj) {
     T sum{};
-    axpy_dot_group<T, 1>(m, &a, &t, x, y, &sum, conj);
+    sums_group<T, 1, is_complex<T> ? 1 : 2, true>(m, &a, &t, x, y, &sum, conj);
     return sum;
 }
 
 template <class T>
-void axpy_dot2_any(idx m, const T* a0, const T* a1, T t0, T t1, const T* x, T* y, T* sums, bool conj) {
-    const T* a[2] = {a0, a1};
-    const T t[2] = {t0, t1};
-    axpy_dot_group<T, 2>(m, a, t, x, y, sums, conj);
+void axpy_dot4_any(idx m, const T* const* a, const T* t, const T* x, T* y, T* sums, bool conj) {
+    if constexpr (is_complex<T>) {
+        sums_group<T, 2, 1, true>(m, a, t, x, y, sums, conj);
+        sums_group<T, 2, 1, true>(m, a + 2, t + 2, x, y, sums + 2, conj);
+    } else {
+        sums_group<T, 4, 1, true>(m, a, t, x, y, sums, conj);
+    }
 }
 
 // ---- a := (a + x*t1) + y*t2
@@ -248,8 +236,8 @@ void axpy2_any(idx m, const T* x, T t1, const T* y, T t2, T* a) {
         gemv_t_any(m, n, a, lda, x, r, conj);                                                                 \
     }                                                                                                         \
     T axpy_dot(idx m, const T* a, T t, const T* x, T* y, bool conj) { return axpy_dot_any(m, a, t, x, y, conj); } \
-    void axpy_dot2(idx m, const T* a0, const T* a1, T t0, T t1, const T* x, T* y, T* sums, bool conj) {        \
-        axpy_dot2_any(m, a0, a1, t0, t1, x, y, sums, conj);                                                   \
+    void axpy_dot4(idx m, const T* const* a, const T* t, const T* x, T* y, T* sums, bool conj) {               \
+        axpy_dot4_any(m, a, t, x, y, sums, conj);                                                             \
     }                                                                                                         \
     void axpy2(idx m, const T* x, T t1, const T* y, T t2, T* a) { axpy2_any(m, x, t1, y, t2, a); }
 ORK_LEVEL2_INNER(float)
