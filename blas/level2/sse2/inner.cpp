@@ -197,8 +197,8 @@ void gemv_t_any(idx m, idx n, const T* a, idx lda, const T* x, T* r, bool conj) 
     }
 }
 
-// One column alone keeps two partial sums of reals; four columns of reals
-// (two passes of two of complex) keep one each.
+// One column alone keeps two partial sums of reals; four columns keep one
+// each.
 template <class T>
 T axpy_dot_any(idx m, const T* a, T t, const T* x, T* y, bool conj) {
     T sum{};
@@ -208,12 +208,7 @@ T axpy_dot_any(idx m, const T* a, T t, const T* x, T* y, bool conj) {
 
 template <class T>
 void axpy_dot4_any(idx m, const T* const* a, const T* t, const T* x, T* y, T* sums, bool conj) {
-    if constexpr (is_complex<T>) {
-        sums_group<T, 2, 1, true>(m, a, t, x, y, sums, conj);
-        sums_group<T, 2, 1, true>(m, a + 2, t + 2, x, y, sums + 2, conj);
-    } else {
-        sums_group<T, 4, 1, true>(m, a, t, x, y, sums, conj);
-    }
+    sums_group<T, 4, 1, true>(m, a, t, x, y, sums, conj);
 }
 
 // ---- a := (a + x*t1) + y*t2
