@@ -46,6 +46,13 @@ int transposed_of(char c) {
 }
 u64 at_least_one(u64 n) { return n < 1 ? 1 : n; }
 
+// The row-major view of an ordering: rows and columns as the kernels see them.
+struct view {
+    u64 rows = 0, cols = 0;
+    bool empty() const { return rows == 0 || cols == 0; }
+};
+view view_of(int row_major, u64 rows, u64 cols) { return row_major ? view{rows, cols} : view{cols, rows}; }
+
 // The checks every entry begins with, in argument order; each returns false
 // after reporting. They fill in the row-major view: rows r by columns c.
 struct checker {
@@ -70,14 +77,19 @@ struct checker {
         if (ok && needed && !p) ok = e.fail(position);
         return *this;
     }
+    // ordering, trans, rows, cols: the first four arguments of the copies;
+    // sets t (transposing) and v, the row-major view.
+    template <class View>
+    checker& copies_head(const char* ordering, const char* trans, const u64* rows, const u64* cols, int& t, View& v) {
+        int row_major = -1;
+        arg(ordering, [&](char c) { return (row_major = ordering_of(c)) >= 0; })
+            .arg(trans, [&](char c) { return (t = transposed_of(c)) >= 0; })
+            .arg(rows)
+            .arg(cols);
+        if (ok) v = view_of(row_major, *rows, *cols);
+        return *this;
+    }
 };
-
-// The row-major view of an ordering: rows and columns as the kernels see them.
-struct view {
-    u64 rows = 0, cols = 0;
-    bool empty() const { return rows == 0 || cols == 0; }
-};
-view view_of(int row_major, u64 rows, u64 cols) { return row_major ? view{rows, cols} : view{cols, rows}; }
 
 // ---- entry shapes; Kf is the kernel_table member to call
 
@@ -85,13 +97,9 @@ template <auto Kf, class C>
 void omatcopy(const char* name, const char* ordering, const char* trans, const u64* rows, const u64* cols,
               const C* alpha, const C* a, const u64* lda, C* b, const u64* ldb) {
     checker ck(name);
-    int row_major = -1, t = -1;
+    int t = -1;
     view v;
-    ck.arg(ordering, [&](char c) { return (row_major = ordering_of(c)) >= 0; })
-        .arg(trans, [&](char c) { return (t = transposed_of(c)) >= 0; })
-        .arg(rows)
-        .arg(cols);
-    if (ck.ok) v = view_of(row_major, *rows, *cols);
+    ck.copies_head(ordering, trans, rows, cols, t, v);
     ck.arg(alpha)
         .array(a, !v.empty())
         .arg(lda, [&](u64 n) { return n >= at_least_one(v.cols); })
@@ -109,14 +117,10 @@ void omatcopy2(const char* name, const char* ordering, const char* trans, const 
                const C* alpha, const C* a, const u64* lda, const u64* stridea, C* b, const u64* ldb,
                const u64* strideb) {
     checker ck(name);
-    int row_major = -1, t = -1;
+    int t = -1;
     view v;
     auto positive = [](u64 n) { return n >= 1; };
-    ck.arg(ordering, [&](char c) { return (row_major = ordering_of(c)) >= 0; })
-        .arg(trans, [&](char c) { return (t = transposed_of(c)) >= 0; })
-        .arg(rows)
-        .arg(cols);
-    if (ck.ok) v = view_of(row_major, *rows, *cols);
+    ck.copies_head(ordering, trans, rows, cols, t, v);
     ck.arg(alpha).array(a, !v.empty()).arg(lda, positive).arg(stridea, positive);
     ck.array(b, !v.empty()).arg(ldb, positive).arg(strideb, positive);
     if (!ck.ok || v.empty()) return;
@@ -132,13 +136,9 @@ template <auto Kf, class C>
 void imatcopy(const char* name, const char* ordering, const char* trans, const u64* rows, const u64* cols,
               const C* alpha, C* ab, const u64* lda, const u64* ldb) {
     checker ck(name);
-    int row_major = -1, t = -1;
+    int t = -1;
     view v;
-    ck.arg(ordering, [&](char c) { return (row_major = ordering_of(c)) >= 0; })
-        .arg(trans, [&](char c) { return (t = transposed_of(c)) >= 0; })
-        .arg(rows)
-        .arg(cols);
-    if (ck.ok) v = view_of(row_major, *rows, *cols);
+    ck.copies_head(ordering, trans, rows, cols, t, v);
     ck.arg(alpha)
         .array(ab, !v.empty())
         .arg(lda, [&](u64 n) { return n >= at_least_one(v.cols); })
