@@ -55,27 +55,25 @@ void gemm(const char* name, const char* ta, const char* tb, const idx* m, const 
     if (M == 0 || N == 0) return;
     const bool na = ork_serv_lsame(ta, "N", 1, 1), nb = ork_serv_lsame(tb, "N", 1, 1);
 
-    const int threads = ork::core::max_threads();
-    const double work = double(M) * double(N) * double(Kd);
     // The alternative engine of AMD family-10h parts and the alpha = 0
-    // finish are the driver's own: no split.
-    const bool whole = threads < 2 || work < split_min_work || is_zero(*alpha) ||
-                       (ork_serv_cpu_detect() == 0 && ork_serv_cpuisitbarcelona());
-    // Slabs of at least 8 columns (a multiple of q), or of 64 rows (a
-    // multiple of the packed row group), keep every slab on the same path as
-    // the whole product, so the bits do not depend on the thread count.
-    const idx col_unit = 8, row_unit = G::ra * ((64 + G::ra - 1) / G::ra);
-    const bool by_cols = N >= 2 * col_unit;
-    const bool by_rows = !by_cols && M >= 2 * row_unit;
-    if (whole || (!by_cols && !by_rows))
+    // finish are the driver's own.
+    if (is_zero(*alpha) || (ork_serv_cpu_detect() == 0 && ork_serv_cpuisitbarcelona()))
         return G::driver()(ta, tb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc);
 
+    // Everything else runs through the loop-nest pieces, which give each
+    // element of C the same bits whatever the shape of the call (LAPACK's
+    // testers compare results of differently shaped updates bit for bit) and
+    // so whatever the number of threads. Slabs are whole columns (or rows).
+    const int threads = ork::core::max_threads();
+    const double work = double(M) * double(N) * double(Kd);
+    const idx col_unit = 8, row_unit = G::ra * ((64 + G::ra - 1) / G::ra);
+    const bool by_cols = N >= 2 * col_unit || M < 2 * row_unit;
+    const bool split = threads >= 2 && work >= split_min_work && (N >= 2 * col_unit || M >= 2 * row_unit);
     const idx unit = by_cols ? col_unit : row_unit, extent = by_cols ? N : M;
-    const idx units = extent / unit;
-    const int t = int(units < threads ? units : threads);
+    const idx units = extent / unit > 0 ? extent / unit : 1;
+    const int t = split ? int(units < threads ? units : threads) : 1;
     const idx LDC = *ldc, LDA = *lda, LDB = *ldb;
-#pragma omp parallel for num_threads(t) schedule(static, 1)
-    for (int s = 0; s < t; ++s) {
+    auto slab = [&](int s) {
         const idx u0 = units * s / t, u1 = units * (s + 1) / t;
         const idx i0 = u0 * unit, len = (s == t - 1 ? extent : u1 * unit) - i0;
         const idx sm = by_cols ? M : len, sn = by_cols ? len : N;
@@ -98,7 +96,10 @@ void gemm(const char* name, const char* ta, const char* tb, const idx* m, const 
             const C* as = na ? a + i0 : a + i0 * LDA;
             G::by_rows()(ta, tb, &sm, &sn, k, alpha, as, lda, b, ldb, cs, ldc);
         }
-    }
+    };
+    if (t == 1) return slab(0);
+#pragma omp parallel for num_threads(t) schedule(static, 1)
+    for (int s = 0; s < t; ++s) slab(s);
 }
 
 }  // namespace

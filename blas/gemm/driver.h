@@ -163,12 +163,73 @@ void last_columns(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, id
     if (conj_x) ork_serv_deallocate(conj_x);
 }
 
+// The packed kernel's arithmetic for one element of C, without packing: per
+// depth block, a sum from zero over increasing depth of (alpha*a)*b (for
+// complex types the four real partial sums the kernel keeps, combined as it
+// combines them), then added to C. Used for what the packed path leaves over
+// when a call must give every element the same bits whatever the shape of the
+// call it is part of.
+template <class T> struct kernel_sum {
+    T s{};
+    void add(T a, T b) { s = s + a * b; }
+    T value() const { return s; }
+};
+template <class R> struct kernel_sum<cx<R>> {
+    R rr = 0, ir = 0, ri = 0, ii = 0;  // a.re*b.re, a.im*b.re, a.re*b.im, a.im*b.im
+    void add(cx<R> a, cx<R> b) {
+        rr = rr + a.re * b.re;
+        ir = ir + a.im * b.re;
+        ri = ri + a.re * b.im;
+        ii = ii + a.im * b.im;
+    }
+    cx<R> value() const { return {rr + -ii, ir + ri}; }
+};
+
+template <class T, class E>
+void in_kernel_order(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, idx lda, const T* b, idx ldb, T* c,
+                     idx ldc) {
+    constexpr idx rows = 256;  // elements summed side by side
+    for (idx j = 0; j < n; ++j)
+        for (idx i0 = 0; i0 < m; i0 += rows) {
+            const idx h = m - i0 < rows ? m - i0 : rows;
+            T* cj = c + i0 + j * ldc;
+            E::depth_blocks(k, [&](idx k0, idx kk) {
+                kernel_sum<T> acc[rows];
+                idx l = k0;
+                if (ta == 'N')  // columns of A: contiguous, vectorised, four depths per pass
+                    for (; l + 4 <= k0 + kk; l += 4) {
+                        const T b0 = op_at(tb, b, ldb, l, j), b1 = op_at(tb, b, ldb, l + 1, j),
+                                b2 = op_at(tb, b, ldb, l + 2, j), b3 = op_at(tb, b, ldb, l + 3, j);
+                        const T* a0 = a + i0 + l * lda;
+                        for (idx i = 0; i < h; ++i) {
+                            kernel_sum<T> s = acc[i];
+                            s.add(alpha * a0[i], b0);
+                            s.add(alpha * a0[i + lda], b1);
+                            s.add(alpha * a0[i + 2 * lda], b2);
+                            s.add(alpha * a0[i + 3 * lda], b3);
+                            acc[i] = s;
+                        }
+                    }
+                for (; l < k0 + kk; ++l) {
+                    const T bv = op_at(tb, b, ldb, l, j);
+                    for (idx i = 0; i < h; ++i) acc[i].add(alpha * op_at(ta, a, lda, i0 + i, l), bv);
+                }
+                for (idx i = 0; i < h; ++i) cj[i] = cj[i] + acc[i].value();
+            });
+        }
+}
+
+template <class T, class E, bool RowsOuter>
+void accumulate_uniform(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, idx lda, const T* b, idx ldb,
+                        T* c, idx ldc);
+
 // C += alpha*op(A)*op(B) by the blocked nest, column blocks outermost; C has
 // its beta already. The plain product takes problems below the packed path.
-template <class T, class E = engine<T>>
+template <class T, class E = engine<T>, bool Uniform = false>
 void accumulate(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, idx lda, const T* b, idx ldb, T* c,
                 idx ldc) {
     if (m < 1 || n < 1 || alpha == zero<T>()) return;
+    if (Uniform) return accumulate_uniform<T, E, false>(ta, tb, m, n, k, alpha, a, lda, b, ldb, c, ldc);
     if (m < E::small_below || n < E::small_below || k < E::small_below)
         return pst(ta, tb, m, n, k, alpha, a, lda, b, ldb, one<T>(), c, ldc);
     const idx np = n - n % shape<T>::q, mp = m - m % shape<T>::ra;
@@ -192,10 +253,11 @@ void accumulate(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, idx 
 // The same result with row blocks outermost: each block of op(A) is packed
 // once per depth block and meets every column block in turn. Every element
 // of C receives the same operations in the same order as in accumulate().
-template <class T, class E = engine<T>>
+template <class T, class E = engine<T>, bool Uniform = false>
 void accumulate_rows_outer(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, idx lda, const T* b,
                            idx ldb, T* c, idx ldc) {
     if (m < 1 || n < 1 || alpha == zero<T>()) return;
+    if (Uniform) return accumulate_uniform<T, E, true>(ta, tb, m, n, k, alpha, a, lda, b, ldb, c, ldc);
     if (m < E::small_below || n < E::small_below || k < E::small_below)
         return pst(ta, tb, m, n, k, alpha, a, lda, b, ldb, one<T>(), c, ldc);
     const idx np = n - n % shape<T>::q, mp = m - m % shape<T>::ra;
@@ -221,6 +283,28 @@ void accumulate_rows_outer(char ta, char tb, idx m, idx n, idx k, T alpha, const
         });
     release(ws);
     last_columns(ta, tb, m, n, k, alpha, a, lda, b, ldb, c, ldc);
+}
+
+// The loop-nest pieces' form of the product: the packed path on the whole
+// row groups and panel columns, everything else (leftover rows and columns,
+// products too small to pack) in the packed kernel's order. Each element of
+// C then gets the same bits whatever the shape of the call, and so whatever
+// the split of one product over threads.
+template <class T, class E, bool RowsOuter>
+void accumulate_uniform(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, idx lda, const T* b, idx ldb,
+                        T* c, idx ldc) {
+    if (m < E::small_below || n < E::small_below || k < E::small_below)
+        return in_kernel_order<T, E>(ta, tb, m, n, k, alpha, a, lda, b, ldb, c, ldc);
+    const idx np = n - n % shape<T>::q, mp = m - m % shape<T>::ra;
+    if (mp >= E::small_below && np >= E::small_below) {
+        if (RowsOuter) accumulate_rows_outer<T, E>(ta, tb, mp, np, k, alpha, a, lda, b, ldb, c, ldc);
+        else accumulate<T, E>(ta, tb, mp, np, k, alpha, a, lda, b, ldb, c, ldc);
+    } else {
+        in_kernel_order<T, E>(ta, tb, mp, np, k, alpha, a, lda, b, ldb, c, ldc);
+    }
+    if (mp < m) in_kernel_order<T, E>(ta, tb, m - mp, np, k, alpha, op_ptr(ta, a, lda, mp, idx(0)), lda, b, ldb, c + mp, ldc);
+    if (np < n)
+        in_kernel_order<T, E>(ta, tb, m, n - np, k, alpha, a, lda, op_ptr(tb, b, ldb, idx(0), np), ldb, c + np * ldc, ldc);
 }
 
 // The whole call after the processor test: quick return, one beta pass

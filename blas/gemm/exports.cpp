@@ -87,11 +87,13 @@ ORK_GEMM_CONJ_PACKERS(z, ork_complex16)
 
 // ---- loop-nest pieces for threading. name prefix, kernel type, C type.
 // _0: C += alpha*op(A)*op(B), column blocks outermost; _1: row blocks
-// outermost (same result bit for bit); b-packed, ab-packed and a-packed
+// outermost (same result bit for bit). Unlike the drivers, both compute what
+// the packed path leaves over in the packed kernel's order, so an element's
+// bits do not depend on the shape of the call. b-packed, ab-packed and a-packed
 // pieces work on panels their caller has packed.
 #define ORK_GEMM_PIECES(x, bpk, abpk, apk, T, C) \
-    ORK_API void ork_blas_##x##_0(const char* ta, const char* tb, const ork_int* m, const ork_int* n, const ork_int* k, const C* alpha, const C* a, const ork_int* lda, const C* b, const ork_int* ldb, C* c, const ork_int* ldc) { accumulate<T>(trans_of<T>(ta), trans_of<T>(tb), *m, *n, *k, *as_elem(alpha), as_elem(a), *lda, as_elem(b), *ldb, as_elem(c), *ldc); } \
-    ORK_API void ork_blas_##x##_1(const char* ta, const char* tb, const ork_int* m, const ork_int* n, const ork_int* k, const C* alpha, const C* a, const ork_int* lda, const C* b, const ork_int* ldb, C* c, const ork_int* ldc) { accumulate_rows_outer<T>(trans_of<T>(ta), trans_of<T>(tb), *m, *n, *k, *as_elem(alpha), as_elem(a), *lda, as_elem(b), *ldb, as_elem(c), *ldc); } \
+    ORK_API void ork_blas_##x##_0(const char* ta, const char* tb, const ork_int* m, const ork_int* n, const ork_int* k, const C* alpha, const C* a, const ork_int* lda, const C* b, const ork_int* ldb, C* c, const ork_int* ldc) { accumulate<T, engine<T>, true>(trans_of<T>(ta), trans_of<T>(tb), *m, *n, *k, *as_elem(alpha), as_elem(a), *lda, as_elem(b), *ldb, as_elem(c), *ldc); } \
+    ORK_API void ork_blas_##x##_1(const char* ta, const char* tb, const ork_int* m, const ork_int* n, const ork_int* k, const C* alpha, const C* a, const ork_int* lda, const C* b, const ork_int* ldb, C* c, const ork_int* ldc) { accumulate_rows_outer<T, engine<T>, true>(trans_of<T>(ta), trans_of<T>(tb), *m, *n, *k, *as_elem(alpha), as_elem(a), *lda, as_elem(b), *ldb, as_elem(c), *ldc); } \
     ORK_API void ork_blas_##x##bpk(const char* ta, const ork_int* m, const ork_int* kk, const ork_int* w, const C* alpha, const C* a, const ork_int* lda, const C* pb, C* c, const ork_int* ldc) { b_packed(trans_of<T>(ta), *m, *kk, *w, *as_elem(alpha), as_elem(a), *lda, as_elem(pb), as_elem(c), *ldc); } \
     ORK_API void ork_blas_##x##abpk(const ork_int* h, const ork_int* w, const ork_int* kkr, const C* pa, const C* pb, C* c, const ork_int* ldc) { ab_packed(*h, *w, *kkr, as_elem(pa), as_elem(pb), as_elem(c), *ldc); } \
     ORK_API void ork_blas_##x##apk(const char* tb, const ork_int* kk, const ork_int* n, const ork_int* h, const C* pa, const C* b, const ork_int* ldb, C* c, const ork_int* ldc) { a_packed(trans_of<T>(tb), *kk, *n, *h, as_elem(pa), as_elem(b), *ldb, as_elem(c), *ldc); }
