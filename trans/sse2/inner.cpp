@@ -137,7 +137,7 @@ inline void tile_pairs(uidx rows, uidx cols, T alpha, const typename lanes<T>::s
 
 // Doubles: 2 x 2 transposes, and at an odd edge a pair from two rows (odd
 // column) or a pair of one row stored as two halves (odd row).
-inline void tile_double(uidx rows, uidx cols, __m128d s, double alpha, const double* a, uidx lda, double* b,
+__attribute__((always_inline)) inline void tile_double(uidx rows, uidx cols, __m128d s, double alpha, const double* a, uidx lda, double* b,
                         uidx ldb) {
     uidx i = 0;
     for (; i + 2 <= rows; i += 2) {
@@ -170,7 +170,14 @@ void rec_t(uidx rows, uidx cols, T alpha, const T* a, uidx lda, T* b, uidx ldb) 
     const typename L::scalar s(alpha);
     if constexpr (std::is_same_v<T, double>) {
         split_t(rows, cols, a, lda, 1, b, ldb, 1, [&](uidx r, uidx c, const T* at, T* bt) {
-            tile_double(r, c, s.a, alpha, at, lda, bt, ldb);
+            switch (r * 8 + c) {
+#define ORK_TILE(R, C) \
+    case R * 8 + C: return tile_double(R, C, s.a, alpha, at, lda, bt, ldb);
+                ORK_TILE(2, 2) ORK_TILE(2, 3) ORK_TILE(2, 4) ORK_TILE(3, 2) ORK_TILE(3, 3)
+                ORK_TILE(3, 4) ORK_TILE(4, 2) ORK_TILE(4, 3) ORK_TILE(4, 4)
+#undef ORK_TILE
+            default: return tile_double(r, c, s.a, alpha, at, lda, bt, ldb);
+            }
         });
     } else if constexpr (std::is_same_v<T, cx<float>>) {
         split_t(rows, cols, a, lda, 1, b, ldb, 1, [&](uidx r, uidx c, const T* at, T* bt) {
