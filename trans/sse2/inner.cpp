@@ -137,7 +137,7 @@ inline void tile_pairs(uidx rows, uidx cols, T alpha, const typename lanes<T>::s
 
 // Doubles: 2 x 2 transposes, and at an odd edge a pair from two rows (odd
 // column) or a pair of one row stored as two halves (odd row).
-__attribute__((always_inline)) inline void tile_double(uidx rows, uidx cols, __m128d s, double alpha, const double* a, uidx lda, double* b,
+inline void tile_double(uidx rows, uidx cols, __m128d s, double alpha, const double* a, uidx lda, double* b,
                         uidx ldb) {
     uidx i = 0;
     for (; i + 2 <= rows; i += 2) {
@@ -162,6 +162,24 @@ __attribute__((always_inline)) inline void tile_double(uidx rows, uidx cols, __m
     }
 }
 
+// Tiles 2 to 4 wide each way, as the tiles of a large matrix are: the 2 x 2
+// transposes at rows {0, r-2} and columns {0, c-2} cover the tile, the
+// overlap of a width of 3 being written twice with the same values; no
+// branch on the shape, which changes from tile to tile.
+inline void tile_double_2to4(uidx rows, uidx cols, __m128d s, const double* a, uidx lda, double* b, uidx ldb) {
+    const uidx i1 = rows - 2, j1 = cols - 2;
+    const double *a0 = a, *a1 = a + lda, *a2 = a + i1 * lda, *a3 = a2 + lda;
+    auto block = [&](const double* x, const double* y, uidx i, uidx j) {
+        __m128d u = _mm_loadu_pd(x + j), v = _mm_loadu_pd(y + j);
+        _mm_storeu_pd(b + j * ldb + i, _mm_mul_pd(s, _mm_unpacklo_pd(u, v)));
+        _mm_storeu_pd(b + (j + 1) * ldb + i, _mm_mul_pd(s, _mm_unpackhi_pd(u, v)));
+    };
+    block(a0, a1, 0, 0);
+    block(a0, a1, 0, j1);
+    block(a2, a3, i1, 0);
+    block(a2, a3, i1, j1);
+}
+
 }  // namespace
 
 template <class T, bool Conj>
@@ -170,14 +188,8 @@ void rec_t(uidx rows, uidx cols, T alpha, const T* a, uidx lda, T* b, uidx ldb) 
     const typename L::scalar s(alpha);
     if constexpr (std::is_same_v<T, double>) {
         split_t(rows, cols, a, lda, 1, b, ldb, 1, [&](uidx r, uidx c, const T* at, T* bt) {
-            switch (r * 8 + c) {
-#define ORK_TILE(R, C) \
-    case R * 8 + C: return tile_double(R, C, s.a, alpha, at, lda, bt, ldb);
-                ORK_TILE(2, 2) ORK_TILE(2, 3) ORK_TILE(2, 4) ORK_TILE(3, 2) ORK_TILE(3, 3)
-                ORK_TILE(3, 4) ORK_TILE(4, 2) ORK_TILE(4, 3) ORK_TILE(4, 4)
-#undef ORK_TILE
-            default: return tile_double(r, c, s.a, alpha, at, lda, bt, ldb);
-            }
+            if (r >= 2 && c >= 2) tile_double_2to4(r, c, s.a, at, lda, bt, ldb);
+            else tile_double(r, c, s.a, alpha, at, lda, bt, ldb);
         });
     } else if constexpr (std::is_same_v<T, cx<float>>) {
         split_t(rows, cols, a, lda, 1, b, ldb, 1, [&](uidx r, uidx c, const T* at, T* bt) {
