@@ -39,13 +39,16 @@ int threads_for(idx work) {
     return k < t ? int(k) : t;
 }
 
-// f(k0, k1) on the ranges [bound(p), bound(p + 1)) for p < t, one per thread.
+// f(k0, k1) on the ranges [bound(p), bound(p + 1)) for p < pieces, on t
+// threads. More pieces than threads, taken as threads come free, keep a
+// thread that loses its core (two cores, shared) from holding up the call.
 template <class B, class F>
-void ranges(int t, B bound, F f) {
-    if (t <= 1) return f(bound(0), bound(1));
-#pragma omp parallel for num_threads(t) schedule(static, 1)
-    for (int p = 0; p < t; ++p) f(bound(p), bound(p + 1));
+void ranges(int t, int pieces, B bound, F f) {
+    if (t <= 1 || pieces <= 1) return f(bound(0), bound(pieces));
+#pragma omp parallel for num_threads(t) schedule(dynamic, 1)
+    for (int p = 0; p < pieces; ++p) f(bound(p), bound(p + 1));
 }
+constexpr int pieces_per_thread = 4;
 // n items in t nearly equal ranges
 auto even(idx n, int t) {
     return [=](int p) { return n * p / t; };
@@ -124,8 +127,9 @@ void general_mv(const char* name, bool band, const char* trans, const idx* m, co
     const idx LDA = *lda, ix = *incx, iy = *incy, leny = notrans ? M : N, lenx = notrans ? N : M;
     // at least 64 rows or columns of A a thread
     int t = threads_for(M * (band && *kl + *ku + 1 < N ? *kl + *ku + 1 : N));
-    if (t > leny / 64) t = leny / 64 > 1 ? int(leny / 64) : 1;
-    ranges(t, even(leny, t), [&](idx k0, idx k1) {
+    int p = t * pieces_per_thread;
+    if (p > leny / 64) p = leny / 64 > 1 ? int(leny / 64) : 1;
+    ranges(t, p, even(leny, p), [&](idx k0, idx k1) {
         idx len = k1 - k0;
         if (len <= 0) return;
         C* ys = sub(y, leny, iy, k0, len);
@@ -175,7 +179,7 @@ void symmetric_mv(const char* name, char storage, F kernel, const char* uplo, co
     const idx LDA = *lda, ix = *incx, iy = *incy;
     const bool upper = is(uplo, "U");
     const C one = one_of<C>();
-    ranges(t, even(N, t), [&](idx i0, idx i1) {
+    ranges(t, t, even(N, t), [&](idx i0, idx i1) {
         idx len = i1 - i0, before = i0, after = N - i1;
         if (len <= 0) return;
         C* ys = sub(y, N, iy, i0, len);
@@ -211,7 +215,8 @@ void general_update(const char* name, F kernel, const idx* m, const idx* n, cons
     if (!any || is_zero(*alpha)) return;
     const idx LDA = *lda, iy = *incy;
     const int t = threads_for(M * N);
-    ranges(t, even(N, t), [&](idx j0, idx j1) {
+    const int p = t * pieces_per_thread;
+    ranges(t, p, even(N, p), [&](idx j0, idx j1) {
         idx len = j1 - j0;
         if (len > 0) kernel(m, &len, alpha, x, incx, sub(y, N, iy, j0, len), incy, a + j0 * LDA, lda);
     });
@@ -239,7 +244,8 @@ void symmetric_update(const char* name, bool has_lda, Whole whole, Columns colum
     if (N == 0 || is_zero(*alpha)) return;
     const int t = has_lda ? threads_for(N * N / 2) : 1;
     if (t <= 1) return whole();
-    ranges(t, by_area(N, t, is(uplo, "U")), [&](idx j0, idx j1) {
+    const int p = t * pieces_per_thread;
+    ranges(t, p, by_area(N, p, is(uplo, "U")), [&](idx j0, idx j1) {
         if (j1 > j0) columns(j0, j1);
     });
 }
