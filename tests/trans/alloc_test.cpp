@@ -7,7 +7,7 @@
 
 #include <atomic>
 
-#include "testing.h"
+#include "trans_testing.h"
 
 #if defined(__SANITIZE_ADDRESS__)
 #define OT_COUNTS_ALLOCATIONS 0
@@ -62,20 +62,6 @@ namespace {
 using namespace ot;
 using u64 = std::uint64_t;
 
-template <class T> struct api;
-#define OT_ALLOC_API(p, T)                                                                                   \
-    template <> struct api<T> {                                                                              \
-        static constexpr const char* omatcopy2 = "ork_trans_ork_" #p "omatcopy2";                            \
-        static constexpr const char* imatcopy = "ork_trans_ork_" #p "imatcopy";                              \
-        static constexpr const char* omatadd = "ork_trans_ork_" #p "omatadd";                                \
-        using omatcopy2_fn = decltype(&ork_trans_ork_##p##omatcopy2);                                        \
-        using imatcopy_fn = decltype(&ork_trans_ork_##p##imatcopy);                                          \
-        using omatadd_fn = decltype(&ork_trans_ork_##p##omatadd);                                            \
-    };
-OT_ALLOC_API(s, float)
-OT_ALLOC_API(d, double)
-OT_ALLOC_API(c, ork_complex8)
-OT_ALLOC_API(z, ork_complex16)
 
 template <class T> class TransAllocation : public ::testing::Test {};
 TYPED_TEST_SUITE(TransAllocation, ElementTypes);
@@ -83,10 +69,10 @@ TYPED_TEST_SUITE(TransAllocation, ElementTypes);
 TYPED_TEST(TransAllocation, NoneAnywhere) {
     if (!OT_COUNTS_ALLOCATIONS) GTEST_SKIP() << "the sanitizer owns malloc";
     using T = TypeParam;
-    using A = api<T>;
-    const auto copy2 = kernel_symbol<typename A::omatcopy2_fn>(A::omatcopy2);
-    const auto inplace = kernel_symbol<typename A::imatcopy_fn>(A::imatcopy);
-    const auto sum = kernel_symbol<typename A::omatadd_fn>(A::omatadd);
+    const std::string prefix = tr<T>::prefix;
+    const auto copy2 = kernel_symbol<decltype(tr<T>::omatcopy2)>((prefix + "omatcopy2").c_str());
+    const auto inplace = kernel_symbol<decltype(tr<T>::imatcopy)>((prefix + "imatcopy").c_str());
+    const auto sum = kernel_symbol<decltype(tr<T>::omatadd)>((prefix + "omatadd").c_str());
     const u64 m = 37, n = 23, one = 1, big = 64;
     std::vector<T> a(big * big, make<T>(1, 2)), b(big * big), c(big * big);
     const T alpha = make<T>(2, 1);

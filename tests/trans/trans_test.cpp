@@ -5,32 +5,13 @@
 // zones around every output; in-place forms with changing leading
 // dimensions; the order of the in-place recursion; unknown letters; argument
 // errors; thread counts.
-#include "testing.h"
+#include "trans_testing.h"
 
 namespace {
 
 using namespace ot;
 using u64 = std::uint64_t;
 
-template <class T> struct tr;
-#define OT_TR(p, T)                                                                           \
-    template <> struct tr<T> {                                                                \
-        static constexpr const char* prefix = "ork_trans_ork_" #p;                            \
-        static constexpr const char* entry = "ork_trans_" #p;                                 \
-        static constexpr auto omatcopy = &ork_trans_##p##omatcopy;                            \
-        static constexpr auto omatcopy2 = &ork_trans_##p##omatcopy2;                          \
-        static constexpr auto imatcopy = &ork_trans_##p##imatcopy;                            \
-        static constexpr auto omatadd = &ork_trans_##p##omatadd;                              \
-        using rec = decltype(&ork_trans_ork_##p##omatcopy_rec_n);                             \
-        using rec2 = decltype(&ork_trans_ork_##p##omatcopy2_rec_n);                           \
-        using inplace = decltype(&ork_trans_ork_##p##imatcopy_mipt_n);                        \
-        using sum = decltype(&ork_trans_ork_##p##omatadd_nn);                                 \
-    };
-OT_TR(s, float)
-OT_TR(d, double)
-OT_TR(c, ork_complex8)
-OT_TR(z, ork_complex16)
-#undef OT_TR
 
 // The kernel library's export `<prefix><rest>` with the type of F.
 template <class T, class F> F kern(F, const std::string& rest) {
