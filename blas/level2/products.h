@@ -104,7 +104,8 @@ void gbmv(char trans, idx m, idx n, idx kl, idx ku, T alpha, const T* a, idx lda
 // its uses: column j adds (alpha*x_j)*a_ij to y_i over its off-diagonal rows
 // and sums op(a_ij)*x_i for y_j, which then takes the diagonal term too.
 // With unit increments four columns share one pass over the rows they have
-// in common; the rows of fewer go column by column.
+// in common (the rows of fewer go column by column), a block of rows at a
+// time so that its x and y stay in L1 across a block of columns.
 template <class T, bool Herm, class S>
 void symmetric_mv(bool upper, idx n, T alpha, S st, const T* x, idx incx, T beta, T* y, idx incy) {
     if (n <= 0 || (alpha == zero<T>() && beta == one<T>())) return;
@@ -134,42 +135,56 @@ void symmetric_mv(bool upper, idx n, T alpha, S st, const T* x, idx incx, T beta
         if constexpr (Herm) yv[j] += times(t1, p[j].re) + alpha * t2;
         else yv[j] += t1 * p[j] + alpha * t2;
     };
-    constexpr idx G = 4;  // columns a pass with unit increments
-    for (idx j = 0; j < n;) {
-        if (j + G > n || !unit) {
-            const T t1 = alpha * xv[j];
-            const T* p = st.col(j, upper);
-            const rows r = off_diagonal(j);
-            diagonal(j, p, t1, part(p, t1, r.lo, r.hi));
-            ++j;
-            continue;
+    // Blocks of columns, and within them blocks of rows small enough for
+    // their x and y to stay in L1 while every column of the block passes.
+    constexpr idx G = 4, col_block = 256;
+    const idx row_block = unit ? 512 : n;
+    T t[col_block], sums[col_block];
+    for (idx j0 = 0; j0 < n; j0 += col_block) {
+        const idx j1 = n - j0 < col_block ? n : j0 + col_block;
+        for (idx j = j0; j < j1; ++j) t[j - j0] = alpha * xv[j], sums[j - j0] = zero<T>();
+        // the stored rows of these columns lie in [rlo, rhi)
+        const idx rlo = off_diagonal(j0).lo, rhi = off_diagonal(j1 - 1).hi;
+        for (idx i0 = rlo; i0 < rhi; i0 += row_block) {
+            const idx i1 = rhi - i0 < row_block ? rhi : i0 + row_block;
+            auto within = [&](idx j) {
+                rows r = off_diagonal(j);
+                return rows{r.lo > i0 ? r.lo : i0, r.hi < i1 ? r.hi : i1};
+            };
+            for (idx j = j0; j < j1;) {
+                T* s = sums + (j - j0);
+                const T* tj = t + (j - j0);
+                if (j + G > j1 || !unit) {
+                    const rows r = within(j);
+                    *s += part(st.col(j, upper), *tj, r.lo, r.hi);
+                    ++j;
+                    continue;
+                }
+                const T* p[G];
+                rows r[G];
+                idx lo = i0, hi = i1;
+                for (idx k = 0; k < G; ++k) {
+                    p[k] = st.col(j + k, upper);
+                    r[k] = within(j + k);
+                    if (r[k].lo > lo) lo = r[k].lo;
+                    if (r[k].hi < hi) hi = r[k].hi;
+                }
+                if (hi > lo) {
+                    const T* shared[G];
+                    for (idx k = 0; k < G; ++k) shared[k] = p[k] + lo;
+                    inner::axpy_dot4(hi - lo, shared, tj, x + lo, y + lo, s, Herm);
+                } else {
+                    lo = hi = n;  // no shared rows: each column goes alone
+                }
+                for (idx k = 0; k < G; ++k) {
+                    const idx a = lo < r[k].hi ? lo : r[k].hi, b = hi > r[k].lo ? hi : r[k].lo;
+                    s[k] += part(p[k], tj[k], r[k].lo, a);
+                    s[k] += part(p[k], tj[k], b, r[k].hi);
+                }
+                j += G;
+            }
         }
-        T t[G], sums[G];
-        const T* p[G];
-        rows r[G];
-        idx lo = 0, hi = n;
-        for (idx k = 0; k < G; ++k) {
-            t[k] = alpha * xv[j + k];
-            p[k] = st.col(j + k, upper);
-            r[k] = off_diagonal(j + k);
-            sums[k] = zero<T>();
-            if (r[k].lo > lo) lo = r[k].lo;
-            if (r[k].hi < hi) hi = r[k].hi;
-        }
-        if (hi > lo) {
-            const T* shared[G];
-            for (idx k = 0; k < G; ++k) shared[k] = p[k] + lo;
-            inner::axpy_dot4(hi - lo, shared, t, x + lo, y + lo, sums, Herm);
-        } else {
-            lo = hi = n;  // no shared rows: each column goes alone
-        }
-        for (idx k = 0; k < G; ++k) {
-            const idx a = lo < r[k].hi ? lo : r[k].hi, b = hi > r[k].lo ? hi : r[k].lo;
-            sums[k] += part(p[k], t[k], r[k].lo, a);
-            sums[k] += part(p[k], t[k], b, r[k].hi);
-            diagonal(j + k, p[k], t[k], sums[k]);
-        }
-        j += G;
+        for (idx j = j0; j < j1; ++j) diagonal(j, st.col(j, upper), t[j - j0], sums[j - j0]);
     }
 }
 
