@@ -18,6 +18,9 @@ const kernel_table& K() { return ork::core::kernels(); }
 // it saves (a transposition moves about 1 GB/s per core at worst).
 constexpr u64 per_thread_min = u64(1) << 17;
 
+// Side of the tiles an out-of-place transposition is cut into.
+constexpr u64 transpose_tile = 128;
+
 int threads_for(u64 work) {
     u64 k = work / per_thread_min;
     u64 t = u64(ork::core::max_threads());
@@ -108,7 +111,16 @@ void omatcopy(const char* name, const char* ordering, const char* trans, const u
     if (!ck.ok || v.empty()) return;
     const u64 LDA = *lda, LDB = *ldb;
     row_blocks(v.rows, threads_for(v.rows * v.cols), [&](u64 i0, u64 len) {
-        (K().*Kf)("R", trans, &len, &v.cols, alpha, a + i0 * LDA, lda, b + (t ? i0 : i0 * LDB), ldb);
+        if (!t) return (K().*Kf)("R", trans, &len, &v.cols, alpha, a + i0 * LDA, lda, b + i0 * LDB, ldb);
+        // A transposition goes tile by tile: halving a tile of transpose_tile
+        // rows and columns ends in whole 4 x 4 leaves, where halving an
+        // awkward size such as 5000 x 3000 ends in leaves of two or three.
+        for (u64 r = 0; r < len; r += transpose_tile)
+            for (u64 c = 0; c < v.cols; c += transpose_tile) {
+                const u64 h = len - r < transpose_tile ? len - r : transpose_tile;
+                const u64 w = v.cols - c < transpose_tile ? v.cols - c : transpose_tile;
+                (K().*Kf)("R", trans, &h, &w, alpha, a + (i0 + r) * LDA + c, lda, b + c * LDB + i0 + r, ldb);
+            }
     });
 }
 
