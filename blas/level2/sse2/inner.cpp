@@ -8,8 +8,6 @@
 // loop, whatever its position.
 #include <emmintrin.h>
 
-#include <cstring>
-
 #include "blas/level2/inner.h"
 #include "frame/sse2/simd.h"
 
@@ -98,7 +96,8 @@ typename vec<T>::V load(const T* p, idx count) {
     using R = real_t<T>;
     if (count == W::per) return W::S::loadu(reinterpret_cast<const R*>(p));
     alignas(16) T b[W::per] = {};
-    std::memcpy(b, p, sizeof(T) * std::size_t(count));
+    for (idx k = 0; k < W::per; ++k)  // a fixed count: unrolled, never a library call
+        if (k < count) b[k] = p[k];
     return W::S::load(reinterpret_cast<const R*>(b));
 }
 template <class T>
@@ -108,7 +107,8 @@ void store(T* p, typename vec<T>::V v, idx count) {
     if (count == W::per) return W::S::storeu(reinterpret_cast<R*>(p), v);
     alignas(16) T b[W::per];
     W::S::store(reinterpret_cast<R*>(b), v);
-    std::memcpy(p, b, sizeof(T) * std::size_t(count));
+    for (idx k = 0; k < W::per; ++k)
+        if (k < count) p[k] = b[k];
 }
 
 // f(i, count) over [0, m) in whole vectors, then the padded tail.
