@@ -7,10 +7,10 @@
 // and C), ger (columns) and the real syr and syr2 (column ranges through the
 // _in_thread pieces) give the single-thread bits. her and her2 split as gerc
 // on the off-diagonal block plus the kernel on the diagonal block, the same
-// operations for finite data. symv and hemv, while the triangle fits in
-// cache, split y's rows into the kernel on the diagonal block plus two gemv
-// on the blocks beside it: their rounding then depends on the number of
-// threads. Larger ones, and the band and packed symmetric forms, run whole.
+// operations for finite data. symv and hemv split y's rows into the kernel on
+// the diagonal block plus two gemv on the blocks beside it (which are read
+// twice, once by each side): their rounding then depends on the number of
+// threads. The band and packed symmetric forms run whole.
 #include <cmath>
 #include <type_traits>
 
@@ -172,10 +172,7 @@ void symmetric_mv(const char* name, char storage, F kernel, const char* uplo, co
     if (!y && N > 0) return (void)e.fail(9 + b + p);
     if (!incy || *incy == 0) return (void)e.fail(10 + b + p);
     if (N == 0 || (is_zero(*alpha) && is_one(*beta))) return;
-    // The split reads the blocks beside the diagonal twice: worth it only
-    // while the triangle stays in cache (8 MiB), not where memory bounds it.
-    const bool cached = double(N) * double(N) / 2 * sizeof(C) <= 8.0 * (1 << 20);
-    const int t = storage == 's' && cached ? threads_for(N * N) : 1;
+    const int t = storage == 's' ? threads_for(N * N) : 1;
     if (t <= 1) return kernel(uplo, n, alpha, a, lda, x, incx, beta, y, incy, k);
     // rows [i0, i1) of y: the diagonal block, then the blocks of A beside it
     // through gemv (transposed where the stored triangle holds them mirrored)
