@@ -49,4 +49,12 @@ void axpy2(idx m, const double* x, double t1, const double* y, double t2, double
 void axpy2(idx m, const cx<float>* x, cx<float> t1, const cx<float>* y, cx<float> t2, cx<float>* a);
 void axpy2(idx m, const cx<double>* x, cx<double> t1, const cx<double>* y, cx<double> t2, cx<double>* a);
 
+// Four columns of an update in one pass over x (and y): a[k][i] :=
+// a[k][i] + x[i]*t1[k] when y is null, else (a[k][i] + x[i]*t1[k]) +
+// y[i]*t2[k]: per element the operations of axpy and axpy2.
+void update4(idx m, const float* x, const float* t1, const float* y, const float* t2, float* const* a);
+void update4(idx m, const double* x, const double* t1, const double* y, const double* t2, double* const* a);
+void update4(idx m, const cx<float>* x, const cx<float>* t1, const cx<float>* y, const cx<float>* t2, cx<float>* const* a);
+void update4(idx m, const cx<double>* x, const cx<double>* t1, const cx<double>* y, const cx<double>* t2, cx<double>* const* a);
+
 }  // namespace ork::inner

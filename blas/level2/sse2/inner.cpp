@@ -223,6 +223,29 @@ void axpy2_any(idx m, const T* x, T t1, const T* y, T t2, T* a) {
     });
 }
 
+// ---- C columns of an update in one pass over x (and y): a_k := a_k +
+// x*t1[k], or (a_k + x*t1[k]) + y*t2[k]
+template <class T, int C, bool Two>
+void update_group(idx m, const T* x, const T* t1, const T* y, const T* t2, T* const* a) {
+    using W = vec<T>;
+    using S = typename W::S;
+    typename W::scalar s1[C], s2[C];
+    for (int k = 0; k < C; ++k) {
+        s1[k] = typename W::scalar(t1[k]);
+        if constexpr (Two) s2[k] = typename W::scalar(t2[k]);
+    }
+    over_rows<T>(m, [&](idx i, idx count) {
+        const auto xv = load(x + i, count);
+        typename W::V yv;
+        if constexpr (Two) yv = load(y + i, count);
+        for (int k = 0; k < C; ++k) {
+            auto v = S::add(load(a[k] + i, count), s1[k].times(xv));
+            if constexpr (Two) v = S::add(v, s2[k].times(yv));
+            store(a[k] + i, v, count);
+        }
+    });
+}
+
 }  // namespace
 
 #define ORK_LEVEL2_INNER(T)                                                                                   \
@@ -234,7 +257,11 @@ void axpy2_any(idx m, const T* x, T t1, const T* y, T t2, T* a) {
     void axpy_dot4(idx m, const T* const* a, const T* t, const T* x, T* y, T* sums, bool conj) {               \
         axpy_dot4_any(m, a, t, x, y, sums, conj);                                                             \
     }                                                                                                         \
-    void axpy2(idx m, const T* x, T t1, const T* y, T t2, T* a) { axpy2_any(m, x, t1, y, t2, a); }
+    void axpy2(idx m, const T* x, T t1, const T* y, T t2, T* a) { axpy2_any(m, x, t1, y, t2, a); }        \
+    void update4(idx m, const T* x, const T* t1, const T* y, const T* t2, T* const* a) {                   \
+        if (y) update_group<T, 4, true>(m, x, t1, y, t2, a);                                                 \
+        else update_group<T, 4, false>(m, x, t1, y, t2, a);                                                  \
+    }
 ORK_LEVEL2_INNER(float)
 ORK_LEVEL2_INNER(double)
 ORK_LEVEL2_INNER(cx<float>)
