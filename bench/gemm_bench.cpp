@@ -387,11 +387,7 @@ bool check_type() {
 }  // namespace
 
 int main(int argc, char** argv) {
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-
-    if (ork_init() != 0) return 1;
-    ork_bench::describe_ork();
+    if (!ork_bench::start(&argc, argv)) return 1;
 
     make_operands<float>(20240601);
     make_operands<double>(20240602);

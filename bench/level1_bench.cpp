@@ -198,11 +198,7 @@ bool same_results() {
 }  // namespace
 
 int main(int argc, char** argv) {
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-
-    if (ork_init() != 0) return 1;
-    ork_bench::describe_ork();
+    if (!ork_bench::start(&argc, argv)) return 1;
 
     std::mt19937_64 gen(20240601);
     vx = make_vector(max_n, gen);

@@ -163,10 +163,7 @@ bool agree(routine r) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-    if (ork_init() != 0) return 1;
-    ork_bench::describe_ork();
+    if (!ork_bench::start(&argc, argv)) return 1;
     make_operands();
     ob.open(ob, [](openblas_api& o) {
         return o.bind("dtrsm_", o.dtrsm) && o.bind("dtrmm_", o.dtrmm) && o.bind("dsyrk_", o.dsyrk) &&

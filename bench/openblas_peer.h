@@ -107,4 +107,13 @@ inline void describe_ork() {
     benchmark::AddCustomContext("cpu_generation", ork_cpu_generation_name(ork_cpu_generation()));
 }
 
+// The start of every benchmark program: Google Benchmark's flags, ork
+// loaded and described. False when the program should stop (exit 1).
+inline bool start(int* argc, char** argv) {
+    benchmark::Initialize(argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(*argc, argv) || ork_init() != 0) return false;
+    describe_ork();
+    return true;
+}
+
 }  // namespace ork_bench

@@ -96,10 +96,7 @@ bool same_results() {
 }  // namespace
 
 int main(int argc, char** argv) {
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-    if (ork_init() != 0) return 1;
-    ork_bench::describe_ork();
+    if (!ork_bench::start(&argc, argv)) return 1;
 
     std::mt19937_64 gen(20240611);
     std::uniform_real_distribution<double> u(-1.0, 1.0);
