@@ -170,12 +170,12 @@ void last_columns(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, id
 // when a call must give every element the same bits whatever the shape of the
 // call it is part of.
 template <class T> struct kernel_sum {
-    T s{};
+    T s;
     void add(T a, T b) { s = s + a * b; }
     T value() const { return s; }
 };
 template <class R> struct kernel_sum<cx<R>> {
-    R rr = 0, ir = 0, ri = 0, ii = 0;  // a.re*b.re, a.im*b.re, a.re*b.im, a.im*b.im
+    R rr, ir, ri, ii;  // a.re*b.re, a.im*b.re, a.re*b.im, a.im*b.im
     void add(cx<R> a, cx<R> b) {
         rr = rr + a.re * b.re;
         ir = ir + a.im * b.re;
@@ -194,7 +194,8 @@ void in_kernel_order(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a,
             const idx h = m - i0 < rows ? m - i0 : rows;
             T* cj = c + i0 + j * ldc;
             E::depth_blocks(k, [&](idx k0, idx kk) {
-                kernel_sum<T> acc[rows];
+                kernel_sum<T> acc[rows];  // only the h in use are cleared
+                for (idx i = 0; i < h; ++i) acc[i] = kernel_sum<T>{};
                 idx l = k0;
                 if (ta == 'N')  // columns of A: contiguous, vectorised, four depths per pass
                     for (; l + 4 <= k0 + kk; l += 4) {
