@@ -220,17 +220,12 @@ void in_kernel_order(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a,
         }
 }
 
-template <class T, class E, bool RowsOuter>
-void accumulate_uniform(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, idx lda, const T* b, idx ldb,
-                        T* c, idx ldc);
-
 // C += alpha*op(A)*op(B) by the blocked nest, column blocks outermost; C has
 // its beta already. The plain product takes problems below the packed path.
-template <class T, class E = engine<T>, bool Uniform = false>
+template <class T, class E = engine<T>>
 void accumulate(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, idx lda, const T* b, idx ldb, T* c,
                 idx ldc) {
     if (m < 1 || n < 1 || alpha == zero<T>()) return;
-    if (Uniform) return accumulate_uniform<T, E, false>(ta, tb, m, n, k, alpha, a, lda, b, ldb, c, ldc);
     if (m < E::small_below || n < E::small_below || k < E::small_below)
         return pst(ta, tb, m, n, k, alpha, a, lda, b, ldb, one<T>(), c, ldc);
     const idx np = n - n % shape<T>::q, mp = m - m % shape<T>::ra;
@@ -254,11 +249,10 @@ void accumulate(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, idx 
 // The same result with row blocks outermost: each block of op(A) is packed
 // once per depth block and meets every column block in turn. Every element
 // of C receives the same operations in the same order as in accumulate().
-template <class T, class E = engine<T>, bool Uniform = false>
+template <class T, class E = engine<T>>
 void accumulate_rows_outer(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, idx lda, const T* b,
                            idx ldb, T* c, idx ldc) {
     if (m < 1 || n < 1 || alpha == zero<T>()) return;
-    if (Uniform) return accumulate_uniform<T, E, true>(ta, tb, m, n, k, alpha, a, lda, b, ldb, c, ldc);
     if (m < E::small_below || n < E::small_below || k < E::small_below)
         return pst(ta, tb, m, n, k, alpha, a, lda, b, ldb, one<T>(), c, ldc);
     const idx np = n - n % shape<T>::q, mp = m - m % shape<T>::ra;
@@ -294,6 +288,7 @@ void accumulate_rows_outer(char ta, char tb, idx m, idx n, idx k, T alpha, const
 template <class T, class E, bool RowsOuter>
 void accumulate_uniform(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, idx lda, const T* b, idx ldb,
                         T* c, idx ldc) {
+    if (m < 1 || n < 1 || alpha == zero<T>()) return;
     if (m < E::small_below || n < E::small_below || k < E::small_below)
         return in_kernel_order<T, E>(ta, tb, m, n, k, alpha, a, lda, b, ldb, c, ldc);
     const idx np = n - n % shape<T>::q, mp = m - m % shape<T>::ra;
