@@ -1,6 +1,7 @@
 // Internals of libork shared by its source files.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "ork/blas_kernels.h"
@@ -74,6 +75,12 @@ const kernel_table& kernels();
 // Processor detection (core/cpu.cpp).
 int detected_generation();       // from cpuid, or ORK_CPU_DETECT
 int detected_barcelona();
+
+// Memory (core/service.cpp): every allocation of the core layer, kernel
+// workspace included, goes through these, so that a test can fail any one.
+// Any positive alignment is honoured; zero or negative means none.
+void* allocate(std::size_t size, long alignment);
+void deallocate(void* p);  // null is ignored
 
 // Threads (core/threads.cpp).
 int max_threads();

@@ -55,6 +55,14 @@ ork_error_handler ork_set_thread_error_handler(ork_error_handler handler);
 int ork_last_error(void);
 const char *ork_last_error_routine(void);
 
+/* Allocation-failure injection, for tests: the nth allocation libork makes
+ * from now on (kernel workspace included, counted over all threads) returns
+ * null; 0 disables. ork_allocation_count() is the number of allocations made
+ * since the process started, so a test can run a call once, then fail each
+ * of its allocations in turn. */
+void ork_fail_allocation(long nth);
+long ork_allocation_count(void);
+
 ORK_END_C
 
 #endif

@@ -6,8 +6,11 @@
 
 ORK_BEGIN_C
 
-/* Aligned workspace. The alignment must be a power of two (others are
- * rounded up to one); returns null only when memory is exhausted. */
+/* Aligned workspace: the address is a multiple of the alignment, whatever
+ * positive alignment is asked (a power of two or not); zero or a negative
+ * alignment asks for none beyond malloc's own. Returns null only when memory
+ * is exhausted (or the size cannot be represented). Free with the matching
+ * function, which ignores null. */
 void *ork_serv_allocate(size_t size, int alignment);
 void ork_serv_deallocate(void *p);
 

@@ -37,14 +37,19 @@ TEST(Service, LsameReadsTheFirstLetterIgnoringCase) {
         EXPECT_EQ(ork_serv_lsame(t.a, t.b, int(std::strlen(t.a)), 1) != 0, t.same) << t.a << " / " << t.b;
 }
 
-// Every block is aligned as asked (a non-power of two rounds up), fully
-// writable, and freed by its own function (the sanitizer build checks both).
+// Every positive alignment is honoured, a power of two or not, and every block
+// is writable over its whole size and freed by its own function (the sanitizer
+// build checks both). Zero and negative alignments get malloc's 16 bytes.
 TEST(Service, AlignedAllocation) {
-    for (int align : {1, 8, 48, 64, 128, 4096})
-        for (std::size_t size : {std::size_t(1), std::size_t(100), std::size_t(1) << 20}) {
-            const std::uintptr_t want = align == 48 ? 64 : std::uintptr_t(align);
-            void* p = ork_serv_allocate(size, align);
-            void* q = ork_serv_ork_malloc(size, align);
+    std::vector<long> aligns;
+    for (long a = -2; a <= 300; ++a) aligns.push_back(a);
+    for (long a : {384L, 1000L, 1024L, 2047L, 2048L, 3000L, 4095L, 4096L}) aligns.push_back(a);
+    for (long align : aligns)
+        for (std::size_t size : {std::size_t(1), std::size_t(7), std::size_t(100), std::size_t(4097), std::size_t(1) << 20}) {
+            if (size == (std::size_t(1) << 20) && align % 17 != 0 && align != 4096) continue;  // keep it quick
+            const std::uintptr_t want = align > 0 ? std::uintptr_t(align) : 16;
+            void* p = ork_serv_allocate(size, int(align));
+            void* q = ork_serv_ork_malloc(size, int(align));
             ASSERT_TRUE(p && q);
             EXPECT_EQ(reinterpret_cast<std::uintptr_t>(p) % want, 0u) << align;
             EXPECT_EQ(reinterpret_cast<std::uintptr_t>(q) % want, 0u) << align;
@@ -53,6 +58,26 @@ TEST(Service, AlignedAllocation) {
             ork_serv_deallocate(p);
             ork_serv_ork_free(q);
         }
+    ork_serv_deallocate(nullptr);
+    EXPECT_EQ(ork_serv_allocate(SIZE_MAX - 8, 64), nullptr);  // size plus room does not wrap
+}
+
+// The nth allocation from the call on fails, once; the count sees every one.
+TEST(Service, AllocationFailureInjection) {
+    const long before = ork_allocation_count();
+    ork_fail_allocation(3);
+    void* p[4];
+    for (void*& q : p) q = ork_serv_allocate(64, 64);
+    EXPECT_NE(p[0], nullptr);
+    EXPECT_NE(p[1], nullptr);
+    EXPECT_EQ(p[2], nullptr);
+    EXPECT_NE(p[3], nullptr);
+    EXPECT_EQ(ork_allocation_count() - before, 4);
+    for (void* q : p) ork_serv_deallocate(q);
+    ork_fail_allocation(0);
+    void* r = ork_serv_ork_malloc(8, 8);
+    EXPECT_NE(r, nullptr);
+    ork_serv_ork_free(r);
 }
 
 TEST(Service, LockSerialisesThreads) {
