@@ -2,10 +2,10 @@
 // positions, row-major calls made as column-major calls on the transposed
 // view, and the conjugations that view needs for the complex Hermitian and
 // conjugate-transposed level-2 routines.
-#include <cstdlib>
 #include <type_traits>
 
 #include "core/stdblas/stdblas.h"
+#include "ork/service.h"
 
 namespace {
 
@@ -26,6 +26,22 @@ template <class T> T conj(T v) {
     return v;
 }
 
+// Complex arithmetic of the unbuffered paths, in the element's own precision.
+template <class T> T add(T a, T b) { return {a.re + b.re, a.im + b.im}; }
+template <class T> T mul(T a, T b) { return {a.re * b.re - a.im * b.im, a.re * b.im + a.im * b.re}; }
+template <class T> bool is_zero(const T& v) {
+    if constexpr (is_complex<T>) return v.re == 0 && v.im == 0;
+    else return v == 0;
+}
+template <class T> bool is_one(const T& v) {
+    if constexpr (is_complex<T>) return v.re == 1 && v.im == 0;
+    else return v == 1;
+}
+
+// Element i (0-based) of the n-element vector (x, inc): a negative increment
+// walks it from its far end.
+template <class T> T& at(T* x, idx n, idx inc, idx i) { return x[inc > 0 ? i * inc : (n - 1 - i) * -inc]; }
+
 // Conjugates the n elements of (x, inc) in place; n <= 0 leaves it alone.
 template <class T> void conj_vector(T* x, idx n, idx inc) {
     if constexpr (is_complex<T>) {
@@ -34,27 +50,147 @@ template <class T> void conj_vector(T* x, idx n, idx inc) {
     }
 }
 
-// A conjugated copy of (x, inc) with the same increment, so that the checks
-// of the call it is passed to see the caller's arguments; x itself when n <= 0.
+// A conjugated copy of the n elements of (x, inc), contiguous, walked with
+// increment inc() (the sign of inc) in its place. The copy comes from libork's
+// allocator; when it cannot be had, ok() is false and the caller takes its
+// unbuffered path. n <= 0 or inc = 0 needs no copy: x itself.
 template <class T> class conj_copy {
 public:
-    conj_copy(const T* x, idx n, idx inc) : use_(x) {
-        if (n <= 0) return;
-        const idx step = inc < 0 ? -inc : inc, extent = 1 + (n - 1) * step;
-        own_ = static_cast<T*>(std::malloc(sizeof(T) * std::size_t(extent)));
-        if (!own_) return;  // out of memory: the caller's vector, unconjugated
-        for (idx i = 0; i < n; ++i) own_[i * step] = conj(x[i * step]);
+    conj_copy(const T* x, idx n, idx inc) : use_(x), inc_(inc) {
+        if (n <= 0 || inc == 0) return;
+        own_ = static_cast<T*>(ork_serv_ork_malloc(sizeof(T) * std::size_t(n), 64));
         use_ = own_;
+        inc_ = inc > 0 ? 1 : -1;
+        if (!own_) return;
+        const idx step = inc < 0 ? -inc : inc;
+        for (idx i = 0; i < n; ++i) own_[i] = conj(x[i * step]);
     }
-    ~conj_copy() { std::free(own_); }
+    ~conj_copy() { ork_serv_ork_free(own_); }
     conj_copy(const conj_copy&) = delete;
     conj_copy& operator=(const conj_copy&) = delete;
+    bool ok() const { return use_ != nullptr; }
     const T* get() const { return use_; }
+    const idx* inc() const { return &inc_; }
 
 private:
     T* own_ = nullptr;
     const T* use_;
+    idx inc_;
 };
+
+// A column-major matrix as the unbuffered paths walk it, column by column:
+// general, band (kl diagonals below, ku above), or packed by columns; with
+// uplo 'U' or 'L' only that triangle is stored (or read).
+enum class storage { full, band, packed };
+template <class T> struct view {
+    storage kind;
+    T* a;
+    idx lda = 0, kl = 0, ku = 0;
+    idx rows = 0;
+    char uplo = 0;
+    // The stored rows [lo, hi) of column j, contiguous from p (row lo).
+    struct column {
+        idx lo, hi;
+        T* p;
+    };
+    column col(idx j) const {
+        idx lo = 0, hi = rows;
+        if (kind == storage::band) {
+            lo = j - ku > 0 ? j - ku : 0;
+            hi = j + kl + 1 < rows ? j + kl + 1 : rows;
+        }
+        if (uplo == 'U' && hi > j + 1) hi = j + 1;
+        if (uplo == 'L' && lo < j) lo = j;
+        switch (kind) {
+        case storage::full: return {lo, hi, a + lo + j * lda};
+        case storage::band: return {lo, hi, a + (ku + lo - j) + j * lda};
+        default: {  // packed: column j starts at its row 0 (U) or j (L)
+            const idx first = uplo == 'U' ? 0 : j, start = uplo == 'U' ? j * (j + 1) / 2 : j * rows - j * (j - 1) / 2;
+            return {lo, hi, a + start + lo - first};
+        }
+        }
+    }
+};
+
+// y := beta*y, the reference's way: beta = 0 sets y to zero whatever it held.
+template <class T> void scale(T* y, idx n, idx inc, const T& beta) {
+    if (is_one(beta)) return;
+    for (idx i = 0; i < n; ++i) at(y, n, inc, i) = is_zero(beta) ? T{} : mul(beta, at(y, n, inc, i));
+}
+
+// ---- unbuffered paths of the row-major conjugated cases: the same results
+// as the column-major call on conjugated copies, conjugating on the fly.
+// v is the view that call is given; x, y are the caller's vectors.
+
+// y := alpha*conj(V)*x + beta*y (gemv, gbmv with op = conjugate transpose).
+template <class T> void conj_general_mv(view<const T> v, idx cols, T alpha, const T* x, idx ix, T beta, T* y, idx iy) {
+    if (v.rows == 0 || cols == 0 || (is_zero(alpha) && is_one(beta))) return;
+    scale(y, v.rows, iy, beta);
+    if (is_zero(alpha)) return;
+    for (idx j = 0; j < cols; ++j) {
+        const T s = mul(alpha, at(x, cols, ix, j));
+        const auto c = v.col(j);
+        for (idx i = c.lo; i < c.hi; ++i) at(y, v.rows, iy, i) = add(at(y, v.rows, iy, i), mul(s, conj(c.p[i - c.lo])));
+    }
+}
+
+// y := alpha*conj(H)*x + beta*y, H Hermitian from the triangle v holds (its
+// diagonal's imaginary part not read): hemv, hbmv, hpmv.
+template <class T> void conj_hermitian_mv(view<const T> v, T alpha, const T* x, idx ix, T beta, T* y, idx iy) {
+    const idx n = v.rows;
+    if (n == 0 || (is_zero(alpha) && is_one(beta))) return;
+    scale(y, n, iy, beta);
+    if (is_zero(alpha)) return;
+    for (idx j = 0; j < n; ++j) {
+        const T s = mul(alpha, at(x, n, ix, j));
+        const auto c = v.col(j);
+        T t{};
+        for (idx i = c.lo; i < c.hi; ++i) {
+            const T h = c.p[i - c.lo];
+            if (i == j) {
+                at(y, n, iy, j) = add(at(y, n, iy, j), mul(s, T{h.re, 0}));
+            } else {
+                at(y, n, iy, i) = add(at(y, n, iy, i), mul(s, conj(h)));
+                t = add(t, mul(h, at(x, n, ix, i)));
+            }
+        }
+        at(y, n, iy, j) = add(at(y, n, iy, j), mul(alpha, t));
+    }
+}
+
+// V := V + alpha*conj(y)*x' (the row-major gerc): V has y's n rows, x's m columns.
+template <class T> void conj_rank1_general(view<T> v, idx m, T alpha, const T* x, idx ix, const T* y, idx iy) {
+    const idx n = v.rows;
+    if (m == 0 || n == 0 || is_zero(alpha)) return;
+    for (idx j = 0; j < m; ++j) {
+        const T s = mul(alpha, at(x, m, ix, j));
+        T* c = v.col(j).p;
+        for (idx i = 0; i < n; ++i) c[i] = add(c[i], mul(s, conj(at(y, n, iy, i))));
+    }
+}
+
+// On the triangle v holds, H(i, j) += update(i, j) (the row-major her, hpr,
+// her2, hpr2), the diagonal kept real as the reference keeps it.
+template <class T, class Update> void conj_hermitian_update(view<T> v, Update update) {
+    const idx n = v.rows;
+    for (idx j = 0; j < n; ++j) {
+        const auto c = v.col(j);
+        for (idx i = c.lo; i < c.hi; ++i) {
+            T& h = c.p[i - c.lo];
+            const T d = update(i, j);
+            h = i == j ? T{h.re + d.re, 0} : add(h, d);
+        }
+    }
+}
+
+// v as the triangle uplo of an n x n matrix; a band triangle keeps only its
+// own side of the diagonal.
+template <class T> view<T> triangle(view<T> v, char uplo, idx n) {
+    v.rows = n;
+    v.uplo = uplo;
+    if (v.kind == storage::band) (uplo == 'U' ? v.kl : v.ku) = 0;
+    return v;
+}
 
 // The layout and flag arguments of one CBLAS call: the first bad one is
 // reported at its CBLAS position, and the call does nothing more.
@@ -95,25 +231,48 @@ struct cblas_call : call_scope {
 };
 
 // ---- level 2
+//
+// The row-major complex Hermitian and conjugate-transposed routines are the
+// column-major ones on the transposed view with conjugated vectors. libork
+// first checks the caller's arguments in a call that does nothing (alpha = 0,
+// beta = 1); then the work is done on conjugated copies or, when memory for
+// them cannot be had, by the unbuffered paths above with the same result.
+
+// The call with alpha = 0 (and beta = 1): libork reports a bad argument at
+// the caller's position; true when there was none.
+template <class Probe> bool arguments_pass(Probe probe) {
+    probe();
+    return ork_last_error() == 0;
+}
 
 // y := alpha*op(A)*x + beta*y with A general (gemv) or band (gbmv). Row-major:
 // the transposed view with the other transposition; op = conjugate transpose
 // becomes conj(y) := conj(alpha)*A'*conj(x) + conj(beta)*conj(y), A' the view.
 template <class T, class Call>
-void general_mv(const char* name, int layout, int trans, int m, int n, const T* alpha, const T* x, int incx,
-                const T* beta, T* y, int incy, Call call) {
+void general_mv(const char* name, int layout, int trans, int m, int n, const T* alpha, view<const T> v, const T* x,
+                int incx, const T* beta, T* y, int incy, Call call) {
     cblas_args c(name, layout);
     const char t = c.trans(2, trans, c.row ? "TNN" : "NTC");
     if (!c.ok) return;
     cblas_call g(c);
     const idx M = c.row ? n : m, N = c.row ? m : n, ix = incx, iy = incy;
-    if (!(c.row && trans == CblasConjTrans && is_complex<T>)) return call(&t, &M, &N, alpha, x, &ix, beta, y, &iy);
-    const T ca = conj(*alpha), cb = conj(*beta);
-    const idx ny = M >= 0 && N >= 0 ? M : 0;
-    conj_copy<T> cx(x, N >= 0 && M >= 0 ? N : 0, ix);
-    conj_vector(y, ny, iy);
-    call(&t, &M, &N, &ca, cx.get(), &ix, &cb, y, &iy);
-    conj_vector(y, ny, iy);
+    if constexpr (is_complex<T>) {
+        if (c.row && trans == CblasConjTrans) {
+            const T zero{}, one{1, 0};
+            if (!arguments_pass([&] { call(&t, &M, &N, &zero, x, &ix, &one, y, &iy); })) return;
+            conj_copy<T> cx(x, M > 0 ? N : 0, ix);
+            if (!cx.ok()) {
+                v.rows = M;
+                return conj_general_mv(v, N, *alpha, x, ix, *beta, y, iy);
+            }
+            const T ca = conj(*alpha), cb = conj(*beta);
+            conj_vector(y, M, iy);
+            call(&t, &M, &N, &ca, cx.get(), cx.inc(), &cb, y, &iy);
+            conj_vector(y, M, iy);
+            return;
+        }
+    }
+    call(&t, &M, &N, alpha, x, &ix, beta, y, &iy);
 }
 
 // Triangular x := op(A)*x and solves. Row-major: the other triangle and the
@@ -134,19 +293,27 @@ void triangular_mv(const char* name, int layout, int uplo, int trans, int diag, 
 // y := alpha*A*x + beta*y, A symmetric or Hermitian. Row-major: the other
 // triangle; Hermitian A' = conj(A), so conj(y) := conj(alpha)*A'*conj(x) + ...
 template <class T, bool hermitian, class Call>
-void symmetric_mv(const char* name, int layout, int uplo, int n, const T* alpha, const T* x, int incx, const T* beta,
-                  T* y, int incy, Call call) {
+void symmetric_mv(const char* name, int layout, int uplo, int n, const T* alpha, view<const T> v, const T* x,
+                  int incx, const T* beta, T* y, int incy, Call call) {
     cblas_args c(name, layout);
     const char u = c.uplo(2, uplo);
     if (!c.ok) return;
     cblas_call g(c);
     const idx N = n, ix = incx, iy = incy;
-    if (!(hermitian && c.row)) return call(&u, &N, alpha, x, &ix, beta, y, &iy);
-    const T ca = conj(*alpha), cb = conj(*beta);
-    conj_copy<T> cx(x, N, ix);
-    conj_vector(y, N, iy);
-    call(&u, &N, &ca, cx.get(), &ix, &cb, y, &iy);
-    conj_vector(y, N, iy);
+    if constexpr (hermitian) {
+        if (c.row) {
+            const T zero{}, one{1, 0};
+            if (!arguments_pass([&] { call(&u, &N, &zero, x, &ix, &one, y, &iy); })) return;
+            conj_copy<T> cx(x, N, ix);
+            if (!cx.ok()) return conj_hermitian_mv(triangle(v, u, N), *alpha, x, ix, *beta, y, iy);
+            const T ca = conj(*alpha), cb = conj(*beta);
+            conj_vector(y, N, iy);
+            call(&u, &N, &ca, cx.get(), cx.inc(), &cb, y, &iy);
+            conj_vector(y, N, iy);
+            return;
+        }
+    }
+    call(&u, &N, alpha, x, &ix, beta, y, &iy);
 }
 
 // A := alpha*x*y' + A (ger, geru) or alpha*x*conj(y)' + A (gerc). Row-major:
@@ -159,37 +326,71 @@ void rank1_general(const char* name, int layout, int m, int n, const T* alpha, c
     cblas_call g(c);
     const idx M = m, N = n, ix = incx, iy = incy, LDA = lda;
     if (!c.row) return Conjugated(&M, &N, alpha, x, &ix, y, &iy, a, &LDA);
-    conj_copy<T> cy(y, Plain == Conjugated || M < 0 ? 0 : N, iy);
-    Plain(&N, &M, alpha, Plain == Conjugated ? y : cy.get(), &iy, x, &ix, a, &LDA);
+    if constexpr (Plain == Conjugated) {
+        Plain(&N, &M, alpha, y, &iy, x, &ix, a, &LDA);
+    } else {
+        const T zero{};
+        if (!arguments_pass([&] { Plain(&N, &M, &zero, y, &iy, x, &ix, a, &LDA); })) return;
+        conj_copy<T> cy(y, M > 0 ? N : 0, iy);
+        if (!cy.ok()) return conj_rank1_general(view<T>{storage::full, a, LDA, 0, 0, N}, M, *alpha, x, ix, y, iy);
+        Plain(&N, &M, alpha, cy.get(), cy.inc(), x, &ix, a, &LDA);
+    }
 }
 
 // A := alpha*x*x' + A on one triangle (syr, spr; her, hpr with x^H and real
 // alpha). Row-major: the other triangle; Hermitian A' = conj(A) takes conj(x).
 template <class T, bool hermitian, class R, class Call>
-void symmetric_rank1(const char* name, int layout, int uplo, int n, const R* alpha, const T* x, int incx, Call call) {
+void symmetric_rank1(const char* name, int layout, int uplo, int n, const R* alpha, view<T> v, const T* x, int incx,
+                     Call call) {
     cblas_args c(name, layout);
     const char u = c.uplo(2, uplo);
     if (!c.ok) return;
     cblas_call g(c);
     const idx N = n, ix = incx;
-    conj_copy<T> cx(x, hermitian && c.row ? N : 0, ix);
-    call(&u, &N, alpha, cx.get(), &ix);
+    if constexpr (hermitian) {
+        if (c.row) {
+            const R zero{};
+            if (!arguments_pass([&] { call(&u, &N, &zero, x, &ix); })) return;
+            conj_copy<T> cx(x, N, ix);
+            if (cx.ok()) return call(&u, &N, alpha, cx.get(), cx.inc());
+            // A' += alpha*conj(x)*x'
+            if (*alpha != 0)
+                conj_hermitian_update(triangle(v, u, N), [&](idx i, idx j) {
+                    return mul(conj(at(x, N, ix, i)), mul(T{*alpha, 0}, at(x, N, ix, j)));
+                });
+            return;
+        }
+    }
+    call(&u, &N, alpha, x, &ix);
 }
 
 // A := alpha*x*y' + alpha*y*x' + A (syr2, spr2) or alpha*x*y^H + conj(alpha)*y*x^H + A
 // (her2, hpr2). Row-major: the other triangle; Hermitian: conj(A) takes
 // conj(y) and conj(x) in swapped places.
 template <class T, bool hermitian, class Call>
-void symmetric_rank2(const char* name, int layout, int uplo, int n, const T* alpha, const T* x, int incx, const T* y,
-                     int incy, Call call) {
+void symmetric_rank2(const char* name, int layout, int uplo, int n, const T* alpha, view<T> v, const T* x, int incx,
+                     const T* y, int incy, Call call) {
     cblas_args c(name, layout);
     const char u = c.uplo(2, uplo);
     if (!c.ok) return;
     cblas_call g(c);
     const idx N = n, ix = incx, iy = incy;
-    if (!(hermitian && c.row)) return call(&u, &N, alpha, x, &ix, y, &iy);
-    conj_copy<T> cx(x, N, ix), cy(y, N, iy);
-    call(&u, &N, alpha, cy.get(), &iy, cx.get(), &ix);
+    if constexpr (hermitian) {
+        if (c.row) {
+            const T zero{};
+            if (!arguments_pass([&] { call(&u, &N, &zero, x, &ix, y, &iy); })) return;
+            conj_copy<T> cx(x, N, ix), cy(y, N, iy);
+            if (cx.ok() && cy.ok()) return call(&u, &N, alpha, cy.get(), cy.inc(), cx.get(), cx.inc());
+            // A' += conj(alpha)*conj(x)*y' + alpha*conj(y)*x'
+            if (!is_zero(*alpha))
+                conj_hermitian_update(triangle(v, u, N), [&](idx i, idx j) {
+                    return add(mul(conj(at(x, N, ix, i)), mul(conj(*alpha), at(y, N, iy, j))),
+                               mul(conj(at(y, N, iy, i)), mul(*alpha, at(x, N, ix, j))));
+                });
+            return;
+        }
+    }
+    call(&u, &N, alpha, x, &ix, y, &iy);
 }
 
 // ---- level 3
@@ -343,9 +544,9 @@ ORK_STDBLAS_API double cblas_dcabs1(const void* z) { return ork_blas_dcabs1(as<o
 // level 2 and 3 for every type
 #define ORK_CBLAS_L23(p)                                                                                               \
     ORK_STDBLAS_API void cblas_##p##gemv(CBLAS_LAYOUT layout, CBLAS_TRANSPOSE trans, const int m, const int n, A(p) alpha, const P(p)* a, const int lda, const P(p)* x, const int incx, A(p) beta, P(p)* y, const int incy) { \
-        const idx LDA = lda; general_mv(NAME(p, gemv), layout, trans, m, n, scalar<T(p)>(alpha), as<T(p)>(x), incx, scalar<T(p)>(beta), as<T(p)>(y), incy, [&](auto t, auto M, auto N, auto al, auto xx, auto ix, auto be, auto yy, auto iy) { ork_blas_##p##gemv(t, M, N, al, as<T(p)>(a), &LDA, xx, ix, be, yy, iy); }); } \
+        const idx LDA = lda; general_mv(NAME(p, gemv), layout, trans, m, n, scalar<T(p)>(alpha), view<const T(p)>{storage::full, as<T(p)>(a), LDA}, as<T(p)>(x), incx, scalar<T(p)>(beta), as<T(p)>(y), incy, [&](auto t, auto M, auto N, auto al, auto xx, auto ix, auto be, auto yy, auto iy) { ork_blas_##p##gemv(t, M, N, al, as<T(p)>(a), &LDA, xx, ix, be, yy, iy); }); } \
     ORK_STDBLAS_API void cblas_##p##gbmv(CBLAS_LAYOUT layout, CBLAS_TRANSPOSE trans, const int m, const int n, const int kl, const int ku, A(p) alpha, const P(p)* a, const int lda, const P(p)* x, const int incx, A(p) beta, P(p)* y, const int incy) { \
-        const idx LDA = lda, KL = layout == CblasRowMajor ? ku : kl, KU = layout == CblasRowMajor ? kl : ku; general_mv(NAME(p, gbmv), layout, trans, m, n, scalar<T(p)>(alpha), as<T(p)>(x), incx, scalar<T(p)>(beta), as<T(p)>(y), incy, [&](auto t, auto M, auto N, auto al, auto xx, auto ix, auto be, auto yy, auto iy) { ork_blas_##p##gbmv(t, M, N, &KL, &KU, al, as<T(p)>(a), &LDA, xx, ix, be, yy, iy); }); } \
+        const idx LDA = lda, KL = layout == CblasRowMajor ? ku : kl, KU = layout == CblasRowMajor ? kl : ku; general_mv(NAME(p, gbmv), layout, trans, m, n, scalar<T(p)>(alpha), view<const T(p)>{storage::band, as<T(p)>(a), LDA, KL, KU}, as<T(p)>(x), incx, scalar<T(p)>(beta), as<T(p)>(y), incy, [&](auto t, auto M, auto N, auto al, auto xx, auto ix, auto be, auto yy, auto iy) { ork_blas_##p##gbmv(t, M, N, &KL, &KU, al, as<T(p)>(a), &LDA, xx, ix, be, yy, iy); }); } \
     ORK_CBLAS_TRIANGULAR(p, trmv, trsv) ORK_CBLAS_TRIANGULAR(p, tbmv, tbsv) ORK_CBLAS_TRIANGULAR(p, tpmv, tpsv)      \
     ORK_STDBLAS_API void cblas_##p##gemm(CBLAS_LAYOUT layout, CBLAS_TRANSPOSE transa, CBLAS_TRANSPOSE transb, const int m, const int n, const int k, A(p) alpha, const P(p)* a, const int lda, const P(p)* b, const int ldb, A(p) beta, P(p)* c, const int ldc) { \
         gemm<T(p), ork_blas_##p##gemm>(NAME(p, gemm), layout, transa, transb, m, n, k, scalar<T(p)>(alpha), as<T(p)>(a), lda, as<T(p)>(b), ldb, scalar<T(p)>(beta), as<T(p)>(c), ldc); } \
@@ -386,19 +587,19 @@ ORK_CBLAS_L23(z)
 // sy/he full storage (a, lda), sb/hb band (k, a, lda), sp/hp packed (ap).
 #define ORK_CBLAS_SYMMETRIC(p, h, herm, R1)                                                                            \
     ORK_STDBLAS_API void cblas_##p##h##mv(CBLAS_LAYOUT layout, CBLAS_UPLO uplo, const int n, A(p) alpha, const P(p)* a, const int lda, const P(p)* x, const int incx, A(p) beta, P(p)* y, const int incy) { \
-        const idx LDA = lda; symmetric_mv<T(p), herm>(NAME(p, h##mv), layout, uplo, n, scalar<T(p)>(alpha), as<T(p)>(x), incx, scalar<T(p)>(beta), as<T(p)>(y), incy, [&](auto u, auto N, auto al, auto xx, auto ix, auto be, auto yy, auto iy) { ork_blas_##p##h##mv(u, N, al, as<T(p)>(a), &LDA, xx, ix, be, yy, iy); }); } \
+        const idx LDA = lda; symmetric_mv<T(p), herm>(NAME(p, h##mv), layout, uplo, n, scalar<T(p)>(alpha), view<const T(p)>{storage::full, as<T(p)>(a), LDA}, as<T(p)>(x), incx, scalar<T(p)>(beta), as<T(p)>(y), incy, [&](auto u, auto N, auto al, auto xx, auto ix, auto be, auto yy, auto iy) { ork_blas_##p##h##mv(u, N, al, as<T(p)>(a), &LDA, xx, ix, be, yy, iy); }); } \
     ORK_STDBLAS_API void cblas_##p##R1##bmv(CBLAS_LAYOUT layout, CBLAS_UPLO uplo, const int n, const int k, A(p) alpha, const P(p)* a, const int lda, const P(p)* x, const int incx, A(p) beta, P(p)* y, const int incy) { \
-        const idx K = k, LDA = lda; symmetric_mv<T(p), herm>(NAME(p, R1##bmv), layout, uplo, n, scalar<T(p)>(alpha), as<T(p)>(x), incx, scalar<T(p)>(beta), as<T(p)>(y), incy, [&](auto u, auto N, auto al, auto xx, auto ix, auto be, auto yy, auto iy) { ork_blas_##p##R1##bmv(u, N, &K, al, as<T(p)>(a), &LDA, xx, ix, be, yy, iy); }); } \
+        const idx K = k, LDA = lda; symmetric_mv<T(p), herm>(NAME(p, R1##bmv), layout, uplo, n, scalar<T(p)>(alpha), view<const T(p)>{storage::band, as<T(p)>(a), LDA, K, K}, as<T(p)>(x), incx, scalar<T(p)>(beta), as<T(p)>(y), incy, [&](auto u, auto N, auto al, auto xx, auto ix, auto be, auto yy, auto iy) { ork_blas_##p##R1##bmv(u, N, &K, al, as<T(p)>(a), &LDA, xx, ix, be, yy, iy); }); } \
     ORK_STDBLAS_API void cblas_##p##R1##pmv(CBLAS_LAYOUT layout, CBLAS_UPLO uplo, const int n, A(p) alpha, const P(p)* ap, const P(p)* x, const int incx, A(p) beta, P(p)* y, const int incy) { \
-        symmetric_mv<T(p), herm>(NAME(p, R1##pmv), layout, uplo, n, scalar<T(p)>(alpha), as<T(p)>(x), incx, scalar<T(p)>(beta), as<T(p)>(y), incy, [&](auto u, auto N, auto al, auto xx, auto ix, auto be, auto yy, auto iy) { ork_blas_##p##R1##pmv(u, N, al, as<T(p)>(ap), xx, ix, be, yy, iy); }); } \
+        symmetric_mv<T(p), herm>(NAME(p, R1##pmv), layout, uplo, n, scalar<T(p)>(alpha), view<const T(p)>{storage::packed, as<T(p)>(ap)}, as<T(p)>(x), incx, scalar<T(p)>(beta), as<T(p)>(y), incy, [&](auto u, auto N, auto al, auto xx, auto ix, auto be, auto yy, auto iy) { ork_blas_##p##R1##pmv(u, N, al, as<T(p)>(ap), xx, ix, be, yy, iy); }); } \
     ORK_STDBLAS_API void cblas_##p##h##r2(CBLAS_LAYOUT layout, CBLAS_UPLO uplo, const int n, A(p) alpha, const P(p)* x, const int incx, const P(p)* y, const int incy, P(p)* a, const int lda) { \
-        const idx LDA = lda; symmetric_rank2<T(p), herm>(NAME(p, h##r2), layout, uplo, n, scalar<T(p)>(alpha), as<T(p)>(x), incx, as<T(p)>(y), incy, [&](auto u, auto N, auto al, auto xx, auto ix, auto yy, auto iy) { ork_blas_##p##h##r2(u, N, al, xx, ix, yy, iy, as<T(p)>(a), &LDA); }); } \
+        const idx LDA = lda; symmetric_rank2<T(p), herm>(NAME(p, h##r2), layout, uplo, n, scalar<T(p)>(alpha), view<T(p)>{storage::full, as<T(p)>(a), LDA}, as<T(p)>(x), incx, as<T(p)>(y), incy, [&](auto u, auto N, auto al, auto xx, auto ix, auto yy, auto iy) { ork_blas_##p##h##r2(u, N, al, xx, ix, yy, iy, as<T(p)>(a), &LDA); }); } \
     ORK_STDBLAS_API void cblas_##p##R1##pr2(CBLAS_LAYOUT layout, CBLAS_UPLO uplo, const int n, A(p) alpha, const P(p)* x, const int incx, const P(p)* y, const int incy, P(p)* ap) { \
-        symmetric_rank2<T(p), herm>(NAME(p, R1##pr2), layout, uplo, n, scalar<T(p)>(alpha), as<T(p)>(x), incx, as<T(p)>(y), incy, [&](auto u, auto N, auto al, auto xx, auto ix, auto yy, auto iy) { ork_blas_##p##R1##pr2(u, N, al, xx, ix, yy, iy, as<T(p)>(ap)); }); } \
+        symmetric_rank2<T(p), herm>(NAME(p, R1##pr2), layout, uplo, n, scalar<T(p)>(alpha), view<T(p)>{storage::packed, as<T(p)>(ap)}, as<T(p)>(x), incx, as<T(p)>(y), incy, [&](auto u, auto N, auto al, auto xx, auto ix, auto yy, auto iy) { ork_blas_##p##R1##pr2(u, N, al, xx, ix, yy, iy, as<T(p)>(ap)); }); } \
     ORK_STDBLAS_API void cblas_##p##h##r(CBLAS_LAYOUT layout, CBLAS_UPLO uplo, const int n, const R(p) alpha, const P(p)* x, const int incx, P(p)* a, const int lda) { \
-        const idx LDA = lda; symmetric_rank1<T(p), herm>(NAME(p, h##r), layout, uplo, n, &alpha, as<T(p)>(x), incx, [&](auto u, auto N, auto al, auto xx, auto ix) { ork_blas_##p##h##r(u, N, al, xx, ix, as<T(p)>(a), &LDA); }); } \
+        const idx LDA = lda; symmetric_rank1<T(p), herm>(NAME(p, h##r), layout, uplo, n, &alpha, view<T(p)>{storage::full, as<T(p)>(a), LDA}, as<T(p)>(x), incx, [&](auto u, auto N, auto al, auto xx, auto ix) { ork_blas_##p##h##r(u, N, al, xx, ix, as<T(p)>(a), &LDA); }); } \
     ORK_STDBLAS_API void cblas_##p##R1##pr(CBLAS_LAYOUT layout, CBLAS_UPLO uplo, const int n, const R(p) alpha, const P(p)* x, const int incx, P(p)* ap) { \
-        symmetric_rank1<T(p), herm>(NAME(p, R1##pr), layout, uplo, n, &alpha, as<T(p)>(x), incx, [&](auto u, auto N, auto al, auto xx, auto ix) { ork_blas_##p##R1##pr(u, N, al, xx, ix, as<T(p)>(ap)); }); }
+        symmetric_rank1<T(p), herm>(NAME(p, R1##pr), layout, uplo, n, &alpha, view<T(p)>{storage::packed, as<T(p)>(ap)}, as<T(p)>(x), incx, [&](auto u, auto N, auto al, auto xx, auto ix) { ork_blas_##p##R1##pr(u, N, al, xx, ix, as<T(p)>(ap)); }); }
 ORK_CBLAS_SYMMETRIC(s, sy, false, s)
 ORK_CBLAS_SYMMETRIC(d, sy, false, s)
 ORK_CBLAS_SYMMETRIC(c, he, true, h)

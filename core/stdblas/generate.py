@@ -59,9 +59,10 @@ typedef double _Complex ork_fcomplex16;
 ork_int32 lsame_(const char *a, const char *b, size_t a_len, size_t b_len);
 ork_int32 lsame_64_(const char *a, const char *b, size_t a_len, size_t b_len);
 /* Argument error handler: info is the 1-based position of the bad argument of
- * routine srname (blank padded). Prints a message and ends the process, or,
- * during a CBLAS call, passes the CBLAS position to cblas_xerbla. Programs may
- * replace it; every report of the library calls it by its dynamic symbol. */
+ * routine srname (blank padded). Prints a message to standard error and
+ * returns (the routine then returns having done nothing), or, during a CBLAS
+ * call, passes the CBLAS position to cblas_xerbla. Programs may replace it;
+ * every report of the library calls it by its dynamic symbol. */
 void xerbla_(const char *srname, const ork_int32 *info, size_t srname_len);
 void xerbla_64_(const char *srname, const ork_int *info, size_t srname_len);
 /* The same with the name given as an array of srname_len characters. */

@@ -59,7 +59,9 @@ std::size_t trimmed(const char* s, std::size_t len) {
 
 // What xerbla_ does unless replaced: during a CBLAS call the report goes on to
 // cblas_xerbla with the position counted in the CBLAS call (the layout
-// argument comes first); otherwise the reference message, and the end.
+// argument comes first); otherwise the reference message on standard error,
+// and back to the routine, which returns having done nothing (as Debian's
+// reference BLAS does: a program survives a bad call).
 void xerbla_default(const char* srname, std::size_t len, long info) {
     len = trimmed(srname, len);
     if (CBLAS_CallFromC) {
@@ -70,8 +72,7 @@ void xerbla_default(const char* srname, std::size_t len, long info) {
         cblas_xerbla(int(info + 1), rout, "");
         return;
     }
-    std::printf(" ** On entry to %.*s parameter number %ld had an illegal value\n", int(len), srname, info);
-    std::exit(1);
+    std::fprintf(stderr, " ** On entry to %.*s parameter number %2ld had an illegal value\n", int(len), srname, info);
 }
 
 // In a row-major call the general, band, symmetric and triangular matrix

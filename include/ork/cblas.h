@@ -1,8 +1,11 @@
-/* The C interface to the BLAS (CBLAS) of libblas.so.3: integers are int,
- * scalars of the real routines by value and of the complex ones by address,
- * matrices in row-major or column-major layout. Argument errors go to
- * cblas_xerbla with the 1-based position of the bad argument (the layout is
- * argument 1); a program may replace cblas_xerbla with its own. */
+/* The C interface to the BLAS (CBLAS) of libblas.so.3 and libcblas.so.3:
+ * integers are int, scalars of the real routines by value and of the complex
+ * ones by address, matrices in row-major or column-major layout. Argument
+ * errors go to cblas_xerbla with the 1-based position of the bad argument
+ * (the layout is argument 1), which prints it to standard error and ends the
+ * process with exit(-1), as the reference CBLAS does; a program may replace
+ * cblas_xerbla with its own, and the call returns having done nothing when
+ * that one returns. */
 #ifndef ORK_CBLAS_H
 #define ORK_CBLAS_H
 #include <stddef.h>
