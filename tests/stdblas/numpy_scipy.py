@@ -4,11 +4,16 @@ to the folder given as the argument, which also holds the reference LAPACK).
 
 Checks that ork's libblas.so.3 is mapped and no other BLAS is, that scipy's
 Fortran BLAS wrappers resolve every name they need, and that a product, a
-solve and a symmetric eigenproblem agree with residuals in long double.
+solve and a symmetric eigenproblem agree with residuals in long double; then
+runs numpy's and scipy's own linear-algebra test suites with pytest in this
+same process, and checks the mapping again after them.
+Usage: numpy_scipy.py LIB_FOLDER [pytest arguments, e.g. -k name]
 """
 import os
 import subprocess
 import sys
+import tempfile
+import time
 
 import numpy as np
 import scipy.linalg
@@ -26,17 +31,26 @@ def check(ok, what):
         problems.append(what)
 
 
-# ---- what is mapped
-with open("/proc/self/maps") as f:
-    mapped = {line.split()[-1] for line in f if "/" in line}
-libs = [p for p in mapped if os.path.basename(p).startswith("lib")]
-blas = sorted(p for p in libs if "blas" in os.path.basename(p) or "mkl" in p or "blis" in p)
+# ---- what is mapped: ork's libblas.so.3, no other BLAS, the reference LAPACK
 ork_blas = os.path.realpath(os.path.join(folder, "libblas.so.3"))
-check(ork_blas in {os.path.realpath(p) for p in blas}, f"ork's libblas.so.3 is mapped ({ork_blas})")
-others = [p for p in blas if os.path.realpath(p) != ork_blas]
-check(not others, f"no other BLAS is mapped: {others}")
-lapack = [p for p in mapped if "liblapack" in p]
-check(all("openblas" not in p for p in lapack), f"the reference LAPACK: {lapack}")
+reference_lapack = os.path.realpath(os.path.join(folder, "liblapack.so.3"))
+
+
+def check_mapped(when):
+    with open("/proc/self/maps") as f:
+        mapped = {line.split()[-1] for line in f if "/" in line}
+    libs = [p for p in mapped if os.path.basename(p).startswith("lib")]
+    blas = sorted(p for p in libs if "blas" in os.path.basename(p) or "mkl" in p or "blis" in p)
+    check(ork_blas in {os.path.realpath(p) for p in blas}, f"{when}: ork's libblas.so.3 is mapped ({ork_blas})")
+    others = [p for p in blas if os.path.realpath(p) != ork_blas]
+    check(not others, f"{when}: no other BLAS is mapped: {others}")
+    lapack = [p for p in mapped if "liblapack" in p]
+    check(lapack and all(os.path.realpath(p) == reference_lapack for p in lapack),
+          f"{when}: only the reference LAPACK ({reference_lapack}) is mapped: {lapack}")
+    return mapped, lapack
+
+
+mapped, lapack = check_mapped("before the suites")
 
 # ---- every Fortran name scipy's BLAS and LAPACK modules leave undefined is
 # defined by ork's libblas.so.3 or the LAPACK on top of it
@@ -93,6 +107,21 @@ check(rel(vl.T @ vl - np.eye(n, dtype=L), n) < 1e-14, "eigh orthogonality")
 # the same eigenvalues from the general (nonsymmetric) solver
 wg = np.sort(scipy.linalg.eigvals(s).real)
 check(rel(wg - w, np.max(np.abs(w))) < 1e-12, "eigvals agrees with eigh")
+
+# ---- numpy's and scipy's own suites, here (pytest writes neither its cache
+# nor compiled files into the installed packages; hypothesis keeps its
+# database in a scratch folder).
+import pytest  # noqa: E402
+
+suites = [os.path.join(os.path.dirname(m.__file__), "linalg", "tests") for m in (np, scipy)]
+sys.dont_write_bytecode = True
+start = time.monotonic()
+with tempfile.TemporaryDirectory(prefix="ork-numpy-scipy-") as scratch:
+    os.chdir(scratch)
+    status = pytest.main(["-q", "-p", "no:cacheprovider", "-rfE", "--color=no", *suites, *sys.argv[2:]])
+print(f"numpy's and scipy's linear-algebra suites: pytest status {int(status)} in {time.monotonic() - start:.0f} s")
+check(status == 0, "numpy's and scipy's linear-algebra suites pass")
+check_mapped("after the suites")
 
 print("passed" if not problems else f"FAILED: {len(problems)} problems")
 sys.exit(1 if problems else 0)
