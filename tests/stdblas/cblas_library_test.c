@@ -12,16 +12,7 @@
 
 #include "ork/cblas.h"
 
-static int failures;
-#define CHECK(cond, ...)                          \
-    do {                                          \
-        if (!(cond)) {                            \
-            ++failures;                           \
-            printf("FAILED line %d: ", __LINE__); \
-            printf(__VA_ARGS__);                  \
-            printf("\n");                         \
-        }                                         \
-    } while (0)
+#include "check.h"
 
 /* The file of the object that defines the address p. */
 static const char *object_of(const void *p) {
@@ -141,6 +132,5 @@ static void default_handlers(void) {
 int main(void) {
     reaches_ork();
     default_handlers();
-    printf("%s (%d failures)\n", failures ? "FAILED" : "passed", failures);
-    return failures != 0;
+    return verdict();
 }

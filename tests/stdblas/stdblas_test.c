@@ -10,16 +10,7 @@
 #include "ork/core.h"
 #include "ork/fblas.h"
 
-static int failures;
-#define CHECK(cond, ...)                                \
-    do {                                                \
-        if (!(cond)) {                                  \
-            ++failures;                                 \
-            printf("FAILED line %d: ", __LINE__);       \
-            printf(__VA_ARGS__);                        \
-            printf("\n");                               \
-        }                                               \
-    } while (0)
+#include "check.h"
 
 /* The last report, by whichever handler received it. */
 static struct {
@@ -127,6 +118,5 @@ static void values(void) {
 int main(void) {
     error_routes();
     values();
-    printf("%s (%d failures)\n", failures ? "FAILED" : "passed", failures);
-    return failures != 0;
+    return verdict();
 }
