@@ -118,9 +118,13 @@ template <class T> void scale(T* y, idx n, idx inc, const T& beta) {
     for (idx i = 0; i < n; ++i) at(y, n, inc, i) = is_zero(beta) ? T{} : mul(beta, at(y, n, inc, i));
 }
 
-// ---- unbuffered paths of the row-major conjugated cases: the same results
-// as the column-major call on conjugated copies, conjugating on the fly.
-// v is the view that call is given; x, y are the caller's vectors.
+// ---- unbuffered paths of the row-major conjugated cases: the products of
+// the column-major call on conjugated copies, conjugating on the fly. They
+// run only when memory is short, so they are plain loops: one pass down each
+// stored column of the view in turn, y (or A) accumulating in that order (an
+// order of their own; level 2 fixes none, so the last bits may differ from
+// the buffered call's). v is the view that call is given; x, y are the
+// caller's vectors.
 
 // y := alpha*conj(V)*x + beta*y (gemv, gbmv with op = conjugate transpose).
 template <class T> void conj_general_mv(view<const T> v, idx cols, T alpha, const T* x, idx ix, T beta, T* y, idx iy) {
