@@ -242,8 +242,9 @@ struct cblas_call : call_scope {
 // beta = 1); then the work is done on conjugated copies or, when memory for
 // them cannot be had, by the unbuffered paths above with the same result.
 
-// The call with alpha = 0 (and beta = 1): libork reports a bad argument at
-// the caller's position; true when there was none.
+// The work call with alpha = 0 (and beta = 1) and the caller's vectors in the
+// places the work call gives the copies: libork reports a bad argument at
+// the position the work call would; true when there was none.
 template <class Probe> bool arguments_pass(Probe probe) {
     probe();
     return ork_last_error() == 0;
@@ -382,7 +383,7 @@ void symmetric_rank2(const char* name, int layout, int uplo, int n, const T* alp
     if constexpr (hermitian) {
         if (c.row) {
             const T zero{};
-            if (!arguments_pass([&] { call(&u, &N, &zero, x, &ix, y, &iy); })) return;
+            if (!arguments_pass([&] { call(&u, &N, &zero, y, &iy, x, &ix); })) return;
             conj_copy<T> cx(x, N, ix), cy(y, N, iy);
             if (cx.ok() && cy.ok()) return call(&u, &N, alpha, cy.get(), cy.inc(), cx.get(), cx.inc());
             // A' += conj(alpha)*conj(x)*y' + alpha*conj(y)*x'
