@@ -321,17 +321,18 @@ void symmetric_mv(const char* name, int layout, int uplo, int n, const T* alpha,
     call(&u, &N, alpha, x, &ix, beta, y, &iy);
 }
 
-// A := alpha*x*y' + A (ger, geru) or alpha*x*conj(y)' + A (gerc). Row-major:
-// A' := alpha*y*x' + A', with conj(y) for gerc and the unconjugated update.
-template <class T, auto Plain, auto Conjugated>
+// A := alpha*x*y' + A (ger, geru: F = Plain) or alpha*x*conj(y)' + A (gerc:
+// F the conjugated update, conjugated true). Row-major: A' := alpha*y*x' + A',
+// with conj(y) for gerc and the unconjugated update.
+template <class T, auto F, auto Plain, bool conjugated>
 void rank1_general(const char* name, int layout, int m, int n, const T* alpha, const T* x, int incx, const T* y,
                    int incy, T* a, int lda) {
     cblas_args c(name, layout);
     if (!c.ok) return;
     cblas_call g(c);
     const idx M = m, N = n, ix = incx, iy = incy, LDA = lda;
-    if (!c.row) return Conjugated(&M, &N, alpha, x, &ix, y, &iy, a, &LDA);
-    if constexpr (Plain == Conjugated) {
+    if (!c.row) return F(&M, &N, alpha, x, &ix, y, &iy, a, &LDA);
+    if constexpr (!conjugated) {
         Plain(&N, &M, alpha, y, &iy, x, &ix, a, &LDA);
     } else {
         const T zero{};
@@ -611,15 +612,15 @@ ORK_CBLAS_SYMMETRIC(c, he, true, h)
 ORK_CBLAS_SYMMETRIC(z, he, true, h)
 
 // general rank-1 updates
-#define ORK_CBLAS_GER(p, r, plain, conjugated)                                                                         \
+#define ORK_CBLAS_GER(p, r, plain, conjugated)                                                                        \
     ORK_STDBLAS_API void cblas_##p##r(CBLAS_LAYOUT layout, const int m, const int n, A(p) alpha, const P(p)* x, const int incx, const P(p)* y, const int incy, P(p)* a, const int lda) { \
-        rank1_general<T(p), ork_blas_##p##plain, ork_blas_##p##conjugated>(NAME(p, r), layout, m, n, scalar<T(p)>(alpha), as<T(p)>(x), incx, as<T(p)>(y), incy, as<T(p)>(a), lda); }
-ORK_CBLAS_GER(s, ger, ger, ger)
-ORK_CBLAS_GER(d, ger, ger, ger)
-ORK_CBLAS_GER(c, geru, geru, geru)
-ORK_CBLAS_GER(z, geru, geru, geru)
-ORK_CBLAS_GER(c, gerc, geru, gerc)
-ORK_CBLAS_GER(z, gerc, geru, gerc)
+        rank1_general<T(p), ork_blas_##p##r, ork_blas_##p##plain, conjugated>(NAME(p, r), layout, m, n, scalar<T(p)>(alpha), as<T(p)>(x), incx, as<T(p)>(y), incy, as<T(p)>(a), lda); }
+ORK_CBLAS_GER(s, ger, ger, false)
+ORK_CBLAS_GER(d, ger, ger, false)
+ORK_CBLAS_GER(c, geru, geru, false)
+ORK_CBLAS_GER(z, geru, geru, false)
+ORK_CBLAS_GER(c, gerc, geru, true)
+ORK_CBLAS_GER(z, gerc, geru, true)
 
 // complex level 3: Hermitian forms
 #define ORK_CBLAS_HERMITIAN_MM(p)                                                                                      \
