@@ -1,7 +1,9 @@
-// Processor identification from cpuid, with overrides for tests.
+// Processor identification from cpuid and xgetbv, with overrides for tests.
 #include <cpuid.h>
 
 #include <atomic>
+#include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
@@ -10,19 +12,47 @@
 namespace {
 
 struct cpu_facts {
-    int generation;
+    int supported;   // the best generation the processor and the OS run
+    int generation;  // the one assumed: supported, or a lower ORK_CPU_DETECT
     int barcelona;
 };
 
+constexpr bool has(unsigned reg, unsigned bit) { return (reg >> bit) & 1u; }
+
+// XGETBV(0): the register state the OS saves on a context switch. Only asked
+// once cpuid has said OSXSAVE, without which the instruction faults.
 bool os_saves(unsigned mask) {
-    // XGETBV(0): the register state the OS saves on a context switch.
     unsigned lo, hi;
     __asm__ volatile("xgetbv" : "=a"(lo), "=d"(hi) : "c"(0));
     return (lo & mask) == mask;
 }
 
+// The libraries are built for x86-64-v3 (avx2) and x86-64-v3 with AVX-512
+// F, DQ, BW and VL (avx512): a generation is granted only when every one of
+// its instruction groups is present and the OS saves the registers it uses
+// (XMM and YMM: XCR0 bits 1-2; opmask and the upper ZMM state: bits 5-7).
+int supported_generation(unsigned max_leaf) {
+    unsigned a = 0, b = 0, c = 0, d = 0;
+    __get_cpuid(1, &a, &b, &c, &d);
+    const unsigned c1 = c;
+    const bool v2 = has(c1, 0) && has(c1, 9) && has(c1, 13) && has(c1, 19) && has(c1, 20) && has(c1, 23);
+    const bool osxsave = has(c1, 27);
+    if (!v2 || !osxsave || !has(c1, 28) || max_leaf < 7 || !os_saves(0x6)) return ORK_CPU_BASELINE;
+    // FMA, MOVBE, F16C
+    if (!has(c1, 12) || !has(c1, 22) || !has(c1, 29)) return ORK_CPU_BASELINE;
+    unsigned lzcnt = 0;
+    if (__get_cpuid(0x80000001u, &a, &b, &c, &d)) lzcnt = has(c, 5);
+    __get_cpuid_count(7, 0, &a, &b, &c, &d);
+    const unsigned b7 = b;
+    // BMI1, AVX2, BMI2
+    if (!lzcnt || !has(b7, 3) || !has(b7, 5) || !has(b7, 8)) return ORK_CPU_BASELINE;
+    // AVX-512 F, DQ, BW, VL
+    const bool avx512 = has(b7, 16) && has(b7, 17) && has(b7, 30) && has(b7, 31);
+    return avx512 && os_saves(0xe6) ? ORK_CPU_AVX512 : ORK_CPU_AVX2;
+}
+
 cpu_facts probe() {
-    cpu_facts f{ORK_CPU_BASELINE, 0};
+    cpu_facts f{ORK_CPU_BASELINE, ORK_CPU_BASELINE, 0};
     unsigned a, b, c, d;
     if (!__get_cpuid(0, &a, &b, &c, &d)) return f;
     const unsigned max_leaf = a;
@@ -36,30 +66,47 @@ cpu_facts probe() {
     unsigned family = (a >> 8) & 0xf;
     if (family == 0xf) family += (a >> 20) & 0xff;
     f.barcelona = std::strcmp(vendor, "AuthenticAMD") == 0 && family == 0x10;
-
-    const bool osxsave = c & (1u << 27), fma = c & (1u << 12), avx = c & (1u << 28);
-    if (!osxsave || !avx || max_leaf < 7 || !os_saves(0x6)) return f;
-    __get_cpuid_count(7, 0, &a, &b, &c, &d);
-    const bool avx2 = b & (1u << 5);
-    if (avx2 && fma) f.generation = ORK_CPU_AVX2;
-    const bool avx512 = (b & (1u << 16)) && (b & (1u << 17)) && (b & (1u << 30)) && (b & (1u << 31));
-    if (f.generation == ORK_CPU_AVX2 && avx512 && os_saves(0xe6)) f.generation = ORK_CPU_AVX512;
+    f.supported = f.generation = supported_generation(max_leaf);
     return f;
 }
 
-int env_int(const char* name, int fallback) {
-    const char* v = std::getenv(name);
-    if (!v || !*v) return fallback;
+// A whole decimal number in [lo, hi], else false.
+bool parse_in_range(const char* v, long lo, long hi, int& out) {
+    if (!v || !*v) return false;
     char* end;
-    long x = std::strtol(v, &end, 10);
-    return *end ? fallback : int(x);
+    errno = 0;
+    const long x = std::strtol(v, &end, 10);
+    if (*end || errno || x < lo || x > hi) return false;
+    out = int(x);
+    return true;
+}
+
+void warn(const char* text) { std::fprintf(stderr, "%s\n", text); }
+
+// ORK_CPU_DETECT names a known generation the processor runs, or is ignored
+// with a one-line warning: a generation it cannot run would end in an
+// illegal instruction at the first kernel.
+int assumed_generation(int supported) {
+    const char* v = std::getenv("ORK_CPU_DETECT");
+    if (!v || !*v) return supported;
+    int g;
+    if (!parse_in_range(v, ORK_CPU_BASELINE, ORK_CPU_AVX512, g)) {
+        warn(ork_serv_ork_get_msg(6, 3, v, supported, ork_cpu_generation_name(supported)));
+        return supported;
+    }
+    if (g > supported) {
+        warn(ork_serv_ork_get_msg(7, 4, g, ork_cpu_generation_name(g), supported, ork_cpu_generation_name(supported)));
+        return supported;
+    }
+    return g;
 }
 
 const cpu_facts& facts() {
     static const cpu_facts f = [] {
         cpu_facts p = probe();
-        p.generation = env_int("ORK_CPU_DETECT", p.generation);
-        p.barcelona = env_int("ORK_CPU_IS_BARCELONA", p.barcelona);
+        p.generation = assumed_generation(p.supported);
+        int barcelona;
+        if (parse_in_range(std::getenv("ORK_CPU_IS_BARCELONA"), 0, 1, barcelona)) p.barcelona = barcelona;
         return p;
     }();
     return f;

@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <mutex>
 #include <string>
+#include <vector>
 
 #include "core/core.h"
 
@@ -24,9 +25,10 @@ loaded state;
 std::once_flag once;
 std::atomic<bool> ready{false};
 
-void report(int number, const std::string& a, const std::string& b = {}) {
-    std::fprintf(stderr, "%s\n", b.empty() ? ork_serv_ork_get_msg(number, 1, a.c_str())
-                                           : ork_serv_ork_get_msg(number, 2, a.c_str(), b.c_str()));
+// Prints a numbered message to standard error; the values are passed as they
+// are, so that each conversion of the text gets the type it expects.
+template <class... V> void report(int number, V... values) {
+    std::fprintf(stderr, "%s\n", ork_serv_ork_get_msg(number, int(sizeof...(V)), values...));
 }
 
 std::string own_directory() {
@@ -37,19 +39,45 @@ std::string own_directory() {
     return slash == std::string::npos ? "." : self.substr(0, slash);
 }
 
-// The best generation this processor runs whose library is present,
-// falling back generation by generation to the baseline.
-std::string choose_library() {
-    if (const char* env = std::getenv("ORK_KERNEL_LIBRARY"); env && *env) return env;
-    const std::string dir = own_directory();
-    for (int g = ork::core::detected_generation(); g >= 0; --g) {
-        std::string p = dir + "/libork_" + ork_cpu_generation_name(g) + ".so";
-        if (access(p.c_str(), R_OK) == 0) return p;
+// Opens one library, binds every kernel and checks its generation before any
+// kernel is called (dll_cpu_version only returns a constant). A library
+// built for more than the processor runs is refused: its first kernel could
+// end the process with an illegal instruction.
+bool try_load(const std::string& path) {
+    void* handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (!handle) {
+        const char* why = dlerror();
+        report(2, path.c_str(), why ? why : "unknown reason");
+        return false;
     }
-    report(4, dir);
-    return {};
+    ork::core::kernel_table table{};
+    bool complete = true;
+#define ORK_BIND(name)                                                                 \
+    table.name = reinterpret_cast<decltype(table.name)>(dlsym(handle, #name));         \
+    if (!table.name) {                                                                 \
+        report(3, path.c_str(), #name);                                                \
+        complete = false;                                                              \
+    }
+    ORK_CORE_KERNELS(ORK_BIND)
+#undef ORK_BIND
+    const int generation = complete ? table.dll_cpu_version() : -1;
+    if (complete && (generation < 0 || generation > ork::core::detected_generation()))
+        report(5, path.c_str(), generation, ork_cpu_generation_name(generation));
+    else if (complete) {
+        state.handle = handle;
+        state.path = path;
+        state.generation = generation;
+        state.table = table;
+        return true;
+    }
+    dlclose(handle);
+    return false;
 }
 
+// ORK_KERNEL_LIBRARY if it loads; else the best generation the processor
+// runs whose library is present next to libork, falling back generation by
+// generation to the baseline. Each refusal has printed its reason; when
+// nothing loads, the message lists every file tried.
 void load() {
     // The kernel library binds its imports (ork_serv_*, the dispatched
     // entries) to libork's definitions; make them visible to it even when
@@ -58,38 +86,35 @@ void load() {
     if (dladdr(reinterpret_cast<void*>(&ork_init), &self) && self.dli_fname)
         dlopen(self.dli_fname, RTLD_NOW | RTLD_GLOBAL | RTLD_NOLOAD);
 
-    state.path = choose_library();
-    if (state.path.empty()) {
-        state.status = 4;
+    std::vector<std::string> tried;
+    bool refused = false;  // then say which library serves instead
+    const char* requested = std::getenv("ORK_KERNEL_LIBRARY");
+    if (requested && *requested) {
+        tried.push_back(requested);
+        if (try_load(requested)) {
+            ready.store(true, std::memory_order_release);
+            return;
+        }
+        refused = true;
+    }
+    const std::string dir = own_directory();
+    for (int g = ork::core::detected_generation(); g >= 0; --g) {
+        const std::string path = dir + "/libork_" + ork_cpu_generation_name(g) + ".so";
+        if (!tried.empty() && path == tried.front()) continue;  // the requested one, refused
+        tried.push_back(path);
+        if (access(path.c_str(), F_OK) != 0) continue;
+        if (!try_load(path)) {
+            refused = true;
+            continue;
+        }
+        if (refused) report(8, path.c_str());
+        ready.store(true, std::memory_order_release);
         return;
     }
-    state.handle = dlopen(state.path.c_str(), RTLD_NOW | RTLD_LOCAL);
-    if (!state.handle) {
-        const char* why = dlerror();
-        report(2, state.path, why ? why : "unknown reason");
-        state.status = 2;
-        return;
-    }
-    bool complete = true;
-#define ORK_BIND(name)                                                                      \
-    state.table.name = reinterpret_cast<decltype(state.table.name)>(dlsym(state.handle, #name)); \
-    if (!state.table.name) {                                                                \
-        report(3, state.path, #name);                                                       \
-        complete = false;                                                                   \
-    }
-    ORK_CORE_KERNELS(ORK_BIND)
-#undef ORK_BIND
-    if (!complete) {
-        state.status = 3;
-        return;
-    }
-    state.generation = state.table.dll_cpu_version();
-    if (state.generation > ork::core::detected_generation()) {
-        report(5, state.path, std::to_string(state.generation));
-        state.status = 5;
-        return;
-    }
-    ready.store(true, std::memory_order_release);
+    std::string list;
+    for (const auto& p : tried) list += (list.empty() ? "" : ", ") + p;
+    report(4, list.c_str());
+    state.status = 4;
 }
 
 }  // namespace

@@ -20,8 +20,13 @@ constexpr message catalogue[] = {
     {1, "ork: parameter %d was incorrect on entry to %s"},
     {2, "ork: cannot load the kernel library %s: %s"},
     {3, "ork: the kernel library %s does not export %s"},
-    {4, "ork: no kernel library for this processor was found next to %s"},
-    {5, "ork: the kernel library %s serves processor generation %d, which this processor lacks"},
+    {4, "ork: no usable kernel library was found; tried %s"},
+    {5, "ork: the kernel library %s serves processor generation %d (%s), which this processor lacks"},
+    {6, "ork: ORK_CPU_DETECT=%s is not a known processor generation (0 baseline, 1 avx2, 2 avx512); "
+        "using the detected one, %d (%s)"},
+    {7, "ork: ORK_CPU_DETECT=%d (%s) asks for more than this processor and operating system run; "
+        "using %d (%s)"},
+    {8, "ork: using the kernel library %s instead"},
     {761, "No error"},
     {762, "Memory could not be obtained"},
     {763, "Invalid configuration: a precision, domain, rank or length is not valid, or the descriptor is not committed"},

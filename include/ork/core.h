@@ -19,11 +19,15 @@ const char *ork_version(void);
 /* Loads the kernel library if it is not loaded yet. Returns 0 on success,
  * or a message number saying why it could not (the message was printed to
  * standard error). Every entry loads it on first use; a failure there ends
- * the process, since no kernel can run without it. ORK_KERNEL_LIBRARY in the
- * environment names the file to load instead of the one next to libork. */
+ * the process, since no kernel can run without it. The library is the best
+ * generation the processor runs whose file is next to libork;
+ * ORK_KERNEL_LIBRARY in the environment names a file to try first. A library
+ * built for a generation above ork_cpu_generation() is never used. */
 int ork_init(void);
 
-/* The generation this processor supports, as cpuid reports it. */
+/* The generation assumed for this processor: the best one cpuid and xgetbv
+ * report (instruction sets and the register state the OS saves), or a lower
+ * one named by ORK_CPU_DETECT. */
 int ork_cpu_generation(void);
 /* "baseline", "avx2", "avx512"; "unknown" for other codes. */
 const char *ork_cpu_generation_name(int generation);
