@@ -1,5 +1,5 @@
 // libork's level-1 BLAS entries: argument checks, then the kernel of the
-// loaded library, split over OpenMP threads when the vectors are long.
+// loaded library, split over threads when the vectors are long.
 #include <initializer_list>
 #include <type_traits>
 #include <vector>
@@ -50,11 +50,10 @@ int threads_for(idx work, idx per_thread = per_thread_min) {
 template <class F>
 void pieces(idx n, int t, F f) {
     if (t <= 1) return f(idx(0), n);
-#pragma omp parallel for num_threads(t) schedule(static, 1)
-    for (int k = 0; k < t; ++k) {
+    ork::core::parallel_for(t, t, [&](int k) {
         idx i0 = n * k / t;
         f(i0, n * (k + 1) / t - i0);
-    }
+    });
 }
 
 // Reductions over long vectors are summed in fixed blocks whose partial
@@ -73,11 +72,12 @@ R blockwise(idx n, F partial) {
     const idx blocks = (n + reduce_block - 1) / reduce_block;
     std::vector<R> parts(static_cast<std::size_t>(blocks));
     const int t = threads_for(n);
-#pragma omp parallel for num_threads(t) schedule(static) if (t > 1)
-    for (idx b = 0; b < blocks; ++b) {
-        idx i0 = b * reduce_block;
-        parts[std::size_t(b)] = partial(i0, n - i0 < reduce_block ? n - i0 : reduce_block);
-    }
+    ork::core::parallel_for(t, t, [&](int k) {  // a run of whole blocks each
+        for (idx b = blocks * k / t; b < blocks * (k + 1) / t; ++b) {
+            idx i0 = b * reduce_block;
+            parts[std::size_t(b)] = partial(i0, n - i0 < reduce_block ? n - i0 : reduce_block);
+        }
+    });
     R s = parts[0];
     for (idx b = 1; b < blocks; ++b) s = add(s, parts[std::size_t(b)]);
     return s;

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
 
 #include "ork/blas_kernels.h"
 #include "ork/gemm_kernels.h"
@@ -82,8 +83,30 @@ int detected_barcelona();
 void* allocate(std::size_t size, long alignment);
 void deallocate(void* p);  // null is ignored
 
-// Threads (core/threads.cpp).
+// Threads (core/threads.cpp): the count one call may use, the most any
+// setting gives, and how long an idle thread spins before it sleeps.
 int max_threads();
+int thread_limit();
+long long idle_spin_ns();
+
+// The pool (core/pool.cpp): runs f(ctx, p) for every p in [0, pieces), the
+// calling thread taking pieces beside at most threads - 1 helper threads.
+// Which thread runs a piece is left to chance; the pieces, and so the
+// results, are the caller's. The calling thread runs them all, in order,
+// when threads < 2, inside an application's OpenMP parallel region, inside
+// a piece of another call, or while the pool serves another caller.
+void run_pieces(int threads, int pieces, void (*f)(void*, int), void* ctx);
+
+template <class F>
+void parallel_for(int threads, int pieces, F&& f) {
+    if (threads < 2 || pieces < 2) {
+        for (int p = 0; p < pieces; ++p) f(p);
+        return;
+    }
+    using G = std::remove_reference_t<F>;
+    run_pieces(threads, pieces, [](void* g, int p) { (*static_cast<G*>(g))(p); },
+               const_cast<void*>(static_cast<const void*>(&f)));
+}
 
 // Argument errors (core/errors.cpp): an entry names itself, then reports the
 // 1-based position of the first bad argument.

@@ -1,5 +1,5 @@
 // libork's matrix-multiply entries: the reference argument checks, then the
-// product split over OpenMP threads into slabs of C, each computed by the
+// product split over threads into slabs of C, each computed by the
 // kernel library's loop-nest pieces.
 #include <type_traits>
 
@@ -98,8 +98,7 @@ void gemm(const char* name, const char* ta, const char* tb, const idx* m, const 
         }
     };
     if (t == 1) return slab(0);
-#pragma omp parallel for num_threads(t) schedule(static, 1)
-    for (int s = 0; s < t; ++s) slab(s);
+    ork::core::parallel_for(t, t, slab);
 }
 
 }  // namespace

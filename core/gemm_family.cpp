@@ -1,7 +1,7 @@
 // libork's entries of the matrix-multiply family: complex products from three
 // real products (cgemm3m, zgemm3m) and real-times-complex products (scgemm,
 // dzgemm). The reference argument checks, then the kernel library's driver,
-// on column slabs of C split over OpenMP threads when the product is long.
+// on column slabs of C split over threads when the product is long.
 #include "core/gemm_args.h"
 
 using ork::core::entry;
@@ -47,13 +47,12 @@ void product(const char* name, D kernel_table::*kernel, const char* ta, const ch
     // Each slab runs the whole driver, beta pass included, on its columns.
     const int t = int(units < threads ? units : threads);
     const idx LDC = *ldc, LDB = *ldb;
-#pragma omp parallel for num_threads(t) schedule(static, 1)
-    for (int s = 0; s < t; ++s) {
+    ork::core::parallel_for(t, t, [&](int s) {
         const idx j0 = units * s / t * col_unit;
         const idx len = (s == t - 1 ? N : units * (s + 1) / t * col_unit) - j0;
         const C* bs = nb ? b + j0 * LDB : b + j0;
         driver(ta, tb, m, &len, k, alpha, a, lda, bs, ldb, beta, c + j0 * LDC, ldc);
-    }
+    });
 }
 
 }  // namespace

@@ -2,7 +2,7 @@
 // checks (a bad argument is reported by its position and, where the routine
 // has an info argument, also returned there negated), then the kernel of the
 // loaded library. Solves with many right-hand sides, rotation sequences and
-// reflectors on large matrices are split over OpenMP threads into pieces of
+// reflectors on large matrices are split over threads into pieces of
 // whole columns or rows, which the kernels treat independently, so the
 // result is the same bits whatever the number of threads.
 #include <type_traits>
@@ -44,11 +44,10 @@ void split(idx extent, double work, F f) {
     int t = ork::core::max_threads();
     if (idx(t) > extent) t = int(extent);
     if (t < 2 || work < split_min_work) return f(idx(0), extent);
-#pragma omp parallel for num_threads(t) schedule(static, 1)
-    for (int k = 0; k < t; ++k) {
+    ork::core::parallel_for(t, t, [&](int k) {
         const idx i0 = extent * k / t;
         f(i0, extent * (k + 1) / t - i0);
-    }
+    });
 }
 
 // ---- factorisations and the general tridiagonal solve: whole, in the caller's thread

@@ -1,6 +1,6 @@
 // libork's level-2 products and updates (the triangular ones apart): the
 // reference argument checks, each failure reported at the reference
-// position, then the kernel of the loaded library, split over OpenMP
+// position, then the kernel of the loaded library, split over
 // threads when the matrix is large.
 //
 // Splits and their bits: gemv and gbmv (rows of y for N, its elements for T
@@ -45,8 +45,7 @@ int threads_for(idx work) {
 template <class B, class F>
 void ranges(int t, int pieces, B bound, F f) {
     if (t <= 1 || pieces <= 1) return f(bound(0), bound(pieces));
-#pragma omp parallel for num_threads(t) schedule(dynamic, 1)
-    for (int p = 0; p < pieces; ++p) f(bound(p), bound(p + 1));
+    ork::core::parallel_for(t, pieces, [&](int p) { f(bound(p), bound(p + 1)); });
 }
 constexpr int pieces_per_thread = 4;
 // n items in t nearly equal ranges

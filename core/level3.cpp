@@ -1,6 +1,6 @@
 // libork's level-3 entries besides the general product: the reference
 // argument checks in the reference order, then the kernel of the loaded
-// library, split over OpenMP threads into independent slabs of B or C.
+// library, split over threads into independent slabs of B or C.
 #include <type_traits>
 #include <vector>
 
@@ -79,11 +79,10 @@ void run_slabs(idx extent, idx unit, double work, Cut cut, F f) {
     const idx units = extent / unit;
     if (threads < 2 || work < split_min_work || units < 2) return f(idx(0), extent);
     const int t = int(units < threads ? units : threads);
-#pragma omp parallel for num_threads(t) schedule(static, 1)
-    for (int s = 0; s < t; ++s) {
+    ork::core::parallel_for(t, t, [&](int s) {
         const idx i0 = cut(units, s, t) * unit, i1 = s == t - 1 ? extent : cut(units, s + 1, t) * unit;
         if (i1 > i0) f(i0, i1 - i0);
-    }
+    });
 }
 // Equal numbers of units.
 template <class F> void slabs(idx extent, idx unit, double work, F f) {

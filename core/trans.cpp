@@ -1,6 +1,6 @@
 // libork's transposition and scaled addition entries: argument checks, then
 // the kernel library's dispatcher; large out-of-place calls are split over
-// OpenMP threads by row blocks (each element is computed once whatever the
+// threads by row blocks (each element is computed once whatever the
 // split, so the results do not depend on the thread count).
 #include <cstdint>
 
@@ -31,11 +31,10 @@ int threads_for(u64 work) {
 template <class F>
 void row_blocks(u64 rows, int t, F f) {
     if (t <= 1) return f(u64(0), rows);
-#pragma omp parallel for num_threads(t) schedule(static, 1)
-    for (int k = 0; k < t; ++k) {
+    ork::core::parallel_for(t, t, [&](int k) {
         u64 i0 = rows * u64(k) / u64(t);
         f(i0, rows * u64(k + 1) / u64(t) - i0);
-    }
+    });
 }
 
 int ordering_of(char c) { return (c == 'R' || c == 'r') ? 1 : (c == 'C' || c == 'c') ? 0 : -1; }

@@ -1,6 +1,6 @@
 // libork's triangular level-2 entries: the reference argument checks, then
 // the kernel of the loaded library. Large products x := op(A)*x are split
-// over OpenMP threads into ranges of the result of equal work; the solve's
+// over threads into ranges of the result of equal work; the solve's
 // threads come from the dispatched gemv it calls.
 #include <cmath>
 #include <vector>
@@ -104,11 +104,10 @@ void trmv(const char* name, const char* uplo, const char* trans, const char* dia
         return rising ? b : N - b;
     };
     const idx one = 1;
-#pragma omp parallel for num_threads(t) schedule(static, 1)
-    for (int k = 0; k < t; ++k) {
+    ork::core::parallel_for(t, t, [&](int k) {
         const idx first = edge(k), len = edge(k + 1) - first;
         if (len > 0) (K().*Piece)(uplo, trans, diag, n, a, lda, xs, &one, y.data() + first, &first, &len);
-    }
+    });
     for (idx i = 0; i < N; ++i) logical(i) = y[std::size_t(i)];
 }
 
