@@ -43,7 +43,8 @@ void *ork_kernel_symbol(const char *name);
 void ork_force_cpu(int generation, int is_barcelona);
 
 /* Threads for one call: ORK_NUM_THREADS, else OMP_NUM_THREADS, else the
- * number of processors; ork_set_num_threads overrides (n < 1 restores). */
+ * number of processors; ork_set_num_threads overrides (n < 1 restores).
+ * Each is capped at 4 per online processor. */
 int ork_get_max_threads(void);
 void ork_set_num_threads(int n);
 
