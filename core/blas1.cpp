@@ -2,7 +2,6 @@
 // loaded library, split over threads when the vectors are long.
 #include <initializer_list>
 #include <type_traits>
-#include <vector>
 
 #include "core/core.h"
 
@@ -28,6 +27,20 @@ bool present(const entry& e, std::initializer_list<arg> args) {
     }
     return true;
 }
+
+// The vectors (element size, increment, the increment's position) of n
+// elements are addressable; the first that is not is reported.
+struct strided {
+    std::size_t bytes;
+    const idx* inc;
+    int position;
+};
+bool reachable(const entry& e, idx n, std::initializer_list<strided> vectors) {
+    for (const strided& v : vectors)
+        if (!ork::core::vector_fits_bytes(v.bytes, n, *v.inc)) return e.fail(v.position);
+    return true;
+}
+template <class T> strided vec(const idx* inc, int position) { return {sizeof(T), inc, position}; }
 
 // ---- splitting. Logical elements [i0, i0 + len) of (n, x, inc) form the
 // vector (len, sub(...), inc) under the same increment convention.
@@ -70,16 +83,25 @@ template <class R, class F>
 R blockwise(idx n, F partial) {
     if (n < 2 * reduce_block) return partial(idx(0), n);
     const idx blocks = (n + reduce_block - 1) / reduce_block;
-    std::vector<R> parts(static_cast<std::size_t>(blocks));
+    auto block = [&](idx b) {
+        const idx i0 = b * reduce_block;
+        return partial(i0, n - i0 < reduce_block ? n - i0 : reduce_block);
+    };
+    // Without room for the partial results, one thread adds each to the sum
+    // as it is made: the same additions in the same order.
+    R* parts = static_cast<R*>(ork::core::allocate(std::size_t(blocks) * sizeof(R), 64));
+    if (!parts) {
+        R s = block(0);
+        for (idx b = 1; b < blocks; ++b) s = add(s, block(b));
+        return s;
+    }
     const int t = threads_for(n);
     ork::core::parallel_for(t, t, [&](int k) {  // a run of whole blocks each
-        for (idx b = blocks * k / t; b < blocks * (k + 1) / t; ++b) {
-            idx i0 = b * reduce_block;
-            parts[std::size_t(b)] = partial(i0, n - i0 < reduce_block ? n - i0 : reduce_block);
-        }
+        for (idx b = blocks * k / t; b < blocks * (k + 1) / t; ++b) parts[b] = block(b);
     });
     R s = parts[0];
-    for (idx b = 1; b < blocks; ++b) s = add(s, parts[std::size_t(b)]);
+    for (idx b = 1; b < blocks; ++b) s = add(s, parts[b]);
+    ork::core::deallocate(parts);
     return s;
 }
 
@@ -92,6 +114,7 @@ void axpy(const char* name, const idx* n, const C* alpha, const C* x, const idx*
     if (!n) return (void)e.fail(1);
     const bool v = *n > 0;
     if (!present(e, {{n}, {alpha}, {x, v}, {incx}, {y, v}, {incy}}) || !v) return;
+    if (!reachable(e, *n, {vec<C>(incx, 4), vec<C>(incy, 6)})) return;
     const idx N = *n, ix = *incx, iy = *incy;
     pieces(N, iy != 0 ? threads_for(N) : 1, [&](idx i0, idx len) {
         (K().*Kf)(&len, alpha, sub(x, N, ix, i0, len), &ix, sub(y, N, iy, i0, len), &iy);
@@ -106,6 +129,7 @@ void pair(const char* name, bool x_written, const idx* n, X* x, const idx* incx,
     if (!n) return (void)e.fail(1);
     const bool v = *n > 0;
     if (!present(e, {{n}, {x, v}, {incx}, {y, v}, {incy}, {extra}...}) || !v) return;
+    if (!reachable(e, *n, {vec<X>(incx, 3), vec<Y>(incy, 5)})) return;
     const idx N = *n, ix = *incx, iy = *incy;
     const bool split = iy != 0 && (!x_written || ix != 0);
     pieces(N, split ? threads_for(N) : 1, [&](idx i0, idx len) {
@@ -120,6 +144,7 @@ void scal(const char* name, const idx* n, const A* alpha, C* x, const idx* incx)
     if (!n) return (void)e.fail(1);
     const bool v = *n > 0;
     if (!present(e, {{n}, {alpha}, {x, v}, {incx}}) || !v) return;
+    if (!reachable(e, *n, {vec<C>(incx, 4)})) return;
     const idx N = *n, ix = *incx;
     pieces(N, ix != 0 ? threads_for(N) : 1, [&](idx i0, idx len) {
         (K().*Kf)(&len, alpha, sub(x, N, ix, i0, len), &ix);
@@ -133,6 +158,7 @@ R dot(const char* name, const idx* n, const C* x, const idx* incx, const C* y, c
     if (!n) return (e.fail(1), R{});
     const bool v = *n > 0;
     if (!present(e, {{n}, {x, v}, {incx}, {y, v}, {incy}}) || !v) return R{};
+    if (!reachable(e, *n, {vec<C>(incx, 3), vec<C>(incy, 5)})) return R{};
     const idx N = *n, ix = *incx, iy = *incy;
     return blockwise<R>(N, [&](idx i0, idx len) {
         return (K().*Kf)(&len, sub(x, N, ix, i0, len), &ix, sub(y, N, iy, i0, len), &iy);
@@ -146,6 +172,7 @@ R whole(const char* name, const idx* n, const C* x, const idx* incx) {
     entry e(name);
     if (!n) return (e.fail(1), R{});
     if (!present(e, {{n}, {x, *n > 0}, {incx}}) || *n <= 0) return R{};
+    if (!reachable(e, *n, {vec<C>(incx, 3)})) return R{};
     return (K().*Kf)(n, x, incx);
 }
 
@@ -155,6 +182,7 @@ R asum(const char* name, const idx* n, const C* x, const idx* incx) {
     entry e(name);
     if (!n) return (e.fail(1), R{});
     if (!present(e, {{n}, {x, *n > 0}, {incx}}) || *n <= 0) return R{};
+    if (!reachable(e, *n, {vec<C>(incx, 3)})) return R{};
     const idx step = *incx < 0 ? -*incx : *incx;
     return blockwise<R>(*n, [&](idx i0, idx len) { return (K().*Kf)(&len, x + i0 * step, &step); });
 }
@@ -218,6 +246,7 @@ ORK_CORE_API float ork_blas_sdsdot(const idx* n, const float* sb, const float* x
     if (!n) return (e.fail(1), 0.0f);
     const bool v = *n > 0;
     if (!present(e, {{n}, {sb}, {x, v}, {incx}, {y, v}, {incy}})) return 0.0f;
+    if (v && !reachable(e, *n, {vec<float>(incx, 4), vec<float>(incy, 6)})) return 0.0f;
     if (*n < 2 * reduce_block) return K().ork_blas_sdsdot(n, sb, x, incx, y, incy);
     const idx N = *n, ix = *incx, iy = *incy;
     double s = blockwise<double>(N, [&](idx i0, idx len) {

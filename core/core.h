@@ -1,8 +1,10 @@
 // Internals of libork shared by its source files.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 #include <type_traits>
 
 #include "ork/blas_kernels.h"
@@ -77,12 +79,6 @@ const kernel_table& kernels();
 int detected_generation();       // from cpuid, or ORK_CPU_DETECT
 int detected_barcelona();
 
-// Memory (core/service.cpp): every allocation of the core layer, kernel
-// workspace included, goes through these, so that a test can fail any one.
-// Any positive alignment is honoured; zero or negative means none.
-void* allocate(std::size_t size, long alignment);
-void deallocate(void* p);  // null is ignored
-
 // Threads (core/threads.cpp): the count one call may use, the most any
 // setting gives, and how long an idle thread spins before it sleeps.
 int max_threads();
@@ -114,6 +110,101 @@ struct entry {
     const char* name;
     explicit entry(const char* routine);
     bool fail(int position) const;  // records, calls the handler, returns false
+    bool out_of_memory() const;     // the same with ORK_OUT_OF_MEMORY
 };
+
+// Address arithmetic (core/errors.cpp). An array reaches, from its first
+// element, sum of (count - 1) * step elements over its dimensions, each step
+// taken by magnitude; it is addressable when that many elements, plus one,
+// fit in a byte offset (PTRDIFF_MAX), so that no index or pointer computed
+// inside it wraps. A dimension of count 0 makes the array empty (true).
+using u128 = unsigned __int128;
+struct reach {
+    u128 count, step;
+};
+bool addressable(std::size_t element_bytes, std::initializer_list<reach> dims);
+inline u128 magnitude(ork_int v) { return v < 0 ? u128(-(v + 1)) + 1 : u128(v); }
+// The common shapes: an m x n matrix at leading dimension ld, a vector of n
+// elements at increment inc (either sign).
+template <class T> bool matrix_fits(ork_int m, ork_int n, ork_int ld) {
+    return addressable(sizeof(T), {{magnitude(m), 1}, {magnitude(n), magnitude(ld)}});
+}
+inline bool vector_fits_bytes(std::size_t element_bytes, ork_int n, ork_int inc) {
+    return addressable(element_bytes, {{magnitude(n), magnitude(inc)}});
+}
+template <class T> bool vector_fits(ork_int n, ork_int inc) { return vector_fits_bytes(sizeof(T), n, inc); }
+// a packed triangle of order n: n(n+1)/2 elements
+template <class T> bool packed_fits(ork_int n) {
+    const u128 m = magnitude(n);
+    return addressable(sizeof(T), {{m * (m + 1) / 2, 1}});
+}
+
+// Memory (core/service.cpp): every allocation of the core layer, kernel
+// workspace included, goes through these, so that a test can fail any one.
+// Any positive alignment is honoured; zero or negative means none.
+void* allocate(std::size_t size, long alignment);
+void deallocate(void* p);  // null is ignored
+// The same for a large block that the caller fills whole at once (a copy,
+// a buffer): on large pages where the system grants them.
+void* allocate_filled(std::size_t size);
+
+// The kernels' workspace requests (ork_serv_allocate) made while f runs on
+// the calling thread are guarded: when one cannot be had, f is left at once
+// (the kernels test none of them) and everything the kernels took in it is
+// freed. Answers whether f ran to its end. What f wrote before that stays
+// written: a caller arranges that nothing was, or keeps a copy (kept below).
+// f must own nothing that needs destroying.
+bool run_guarded(void (*f)(void*), void* context);
+template <class F> bool guarded(F&& f) {
+    return run_guarded([](void* c) { (*static_cast<std::remove_reference_t<F>*>(c))(); }, &f);
+}
+
+// The kernel calls of one entry whose kernels write its output (the m x n
+// matrix at c, leading dimension ld) before or between their workspace
+// requests: a copy of the output is taken first, each kernel call runs
+// guarded (from any thread), and when one could not get its workspace the
+// output is put back and the entry reports running out of memory. ok() is
+// false when the copy itself could not be had (nothing written yet).
+template <class T> class undoable {
+  public:
+    undoable(const T* c, ork_int m, ork_int n, ork_int ld) : c_(const_cast<T*>(c)), m_(m), n_(n), ld_(ld) {
+        if (m > 0 && n > 0) copy_ = static_cast<T*>(allocate_filled(std::size_t(m) * std::size_t(n) * sizeof(T)));
+        move(true);
+    }
+    undoable(const undoable&) = delete;
+    undoable& operator=(const undoable&) = delete;
+    ~undoable() { deallocate(copy_); }
+    bool ok() const { return copy_ || m_ <= 0 || n_ <= 0; }
+    template <class F> void run(F&& f) {
+        if (short_.load(std::memory_order_relaxed)) return;  // to be undone anyway
+        if (!guarded(f)) short_.store(true, std::memory_order_relaxed);
+    }
+    // After the last call: true when all ran; else the output is restored
+    // and the report made.
+    bool finish(const entry& e) {
+        if (!short_.load()) return true;
+        move(false);
+        return e.out_of_memory();
+    }
+
+  private:
+    void move(bool out) const {
+        for (ork_int j = 0; j < n_ && copy_; ++j) {
+            T* x = c_ + j * ld_;
+            T* y = copy_ + j * m_;
+            for (ork_int i = 0; i < m_; ++i) {
+                if (out) y[i] = x[i];
+                else x[i] = y[i];
+            }
+        }
+    }
+    T* c_;
+    T* copy_ = nullptr;
+    ork_int m_, n_, ld_;
+    std::atomic<bool> short_{false};
+};
+
+// Threads (core/threads.cpp).
+int max_threads();
 
 }  // namespace ork::core

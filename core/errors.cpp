@@ -1,5 +1,6 @@
 // Argument errors: the per-thread record and the replaceable handler.
 #include <atomic>
+#include <cstdint>
 #include <cstdio>
 
 #include "core/core.h"
@@ -7,7 +8,8 @@
 namespace {
 
 void print_error(const char* routine, int position) {
-    std::fprintf(stderr, "%s\n", ork_serv_ork_get_msg(1, 2, position, routine));
+    if (position == ORK_OUT_OF_MEMORY) std::fprintf(stderr, "%s\n", ork_serv_ork_get_msg(9, 1, routine));
+    else std::fprintf(stderr, "%s\n", ork_serv_ork_get_msg(1, 2, position, routine));
 }
 
 std::atomic<ork_error_handler> handler{print_error};
@@ -35,6 +37,22 @@ bool entry::fail(int position) const {
     if (auto t = thread_handler) t(name, position);
     else if (auto h = handler.load()) h(name, position);
     return false;
+}
+
+bool entry::out_of_memory() const { return fail(ORK_OUT_OF_MEMORY); }
+
+bool addressable(std::size_t element_bytes, std::initializer_list<reach> dims) {
+    const u128 limit = u128(PTRDIFF_MAX) / element_bytes;  // elements a byte offset can reach
+    u128 last = 0;
+    for (const reach& d : dims) {
+        if (d.count == 0) return true;
+        // each term and the running sum stay below 2^64 * 2^64 only while
+        // checked against the limit one at a time
+        if (d.step != 0 && d.count - 1 > limit / d.step) return false;
+        last += (d.count - 1) * d.step;
+        if (last >= limit) return false;
+    }
+    return true;
 }
 }  // namespace ork::core
 

@@ -1,6 +1,8 @@
 // libork's matrix-multiply entries: the reference argument checks, then the
 // product split over threads into slabs of C, each computed by the
-// kernel library's loop-nest pieces.
+// kernel library's loop-nest pieces (unpacked, column by column, when their
+// workspace cannot be had).
+#include <atomic>
 #include <type_traits>
 
 #include "core/gemm_args.h"
@@ -20,6 +22,10 @@ template <class C> bool is_zero(const C& v) {
 template <class C> bool is_one(const C& v) {
     if constexpr (std::is_arithmetic_v<C>) return v == 1;
     else return v.re == 1 && v.im == 0;
+}
+template <class C> C one_of() {
+    if constexpr (std::is_arithmetic_v<C>) return C(1);
+    else return C{1, 0};
 }
 
 // The kernels of one element type. `q`: columns of the packed path's panels
@@ -52,19 +58,21 @@ void gemm(const char* name, const char* ta, const char* tb, const idx* m, const 
     entry e(name);
     if (!ork::core::gemm_args_ok(e, ta, tb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc)) return;
     const idx M = *m, N = *n, Kd = *k;
-    if (M == 0 || N == 0) return;
+    if (M == 0 || N == 0 || ((Kd == 0 || is_zero(*alpha)) && is_one(*beta))) return;
+    if (!ork::core::gemm_reach_ok<C, C>(e, ta, tb, M, N, Kd, *lda, *ldb, *ldc)) return;
     const bool na = ork_serv_lsame(ta, "N", 1, 1), nb = ork_serv_lsame(tb, "N", 1, 1);
 
-    // The alternative engine of AMD family-10h parts and the alpha = 0
-    // finish are the driver's own.
-    if (is_zero(*alpha) || (ork_serv_cpu_detect() == 0 && ork_serv_cpuisitbarcelona()))
-        return G::driver()(ta, tb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc);
+    // The alpha = 0 finish is the driver's own (it takes no workspace).
+    if (is_zero(*alpha)) return G::driver()(ta, tb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc);
+    // The alternative engine of AMD family-10h parts: the driver after C has
+    // its beta here, so that it writes nothing before its workspace is had.
+    const bool barcelona = ork_serv_cpu_detect() == 0 && ork_serv_cpuisitbarcelona();
 
     // Everything else runs through the loop-nest pieces, which give each
     // element of C the same bits whatever the shape of the call (LAPACK's
     // testers compare results of differently shaped updates bit for bit) and
     // so whatever the number of threads. Slabs are whole columns (or rows).
-    const int threads = ork::core::max_threads();
+    const int threads = barcelona ? 1 : ork::core::max_threads();
     const double work = double(M) * double(N) * double(Kd);
     const idx col_unit = 8, row_unit = G::ra * ((64 + G::ra - 1) / G::ra);
     const bool by_cols = N >= 2 * col_unit || M < 2 * row_unit;
@@ -73,11 +81,15 @@ void gemm(const char* name, const char* ta, const char* tb, const idx* m, const 
     const idx units = extent / unit > 0 ? extent / unit : 1;
     const int t = split ? int(units < threads ? units : threads) : 1;
     const idx LDC = *ldc, LDA = *lda, LDB = *ldb;
+    const C one = one_of<C>();
+    std::atomic<bool> short_of_memory{false};  // only if even one column cannot be had
     auto slab = [&](int s) {
         const idx u0 = units * s / t, u1 = units * (s + 1) / t;
         const idx i0 = u0 * unit, len = (s == t - 1 ? extent : u1 * unit) - i0;
         const idx sm = by_cols ? M : len, sn = by_cols ? len : N;
         C* cs = by_cols ? c + i0 * LDC : c + i0;
+        const C* as = by_cols ? a : na ? a + i0 : a + i0 * LDA;
+        const C* bs = !by_cols ? b : nb ? b + i0 * LDB : b + i0;
         if (!is_one(*beta)) {
             if constexpr (!std::is_arithmetic_v<C>) {
                 if (is_zero(*beta)) {
@@ -89,16 +101,25 @@ void gemm(const char* name, const char* ta, const char* tb, const idx* m, const 
                 G::scalm()(&sm, &sn, beta, cs, ldc);
             }
         }
-        if (by_cols) {
-            const C* bs = nb ? b + i0 * LDB : b + i0;
-            G::by_columns()(ta, tb, &sm, &sn, k, alpha, a, lda, bs, ldb, cs, ldc);
-        } else {
-            const C* as = na ? a + i0 : a + i0 * LDA;
-            G::by_rows()(ta, tb, &sm, &sn, k, alpha, as, lda, b, ldb, cs, ldc);
-        }
+        // The pieces take their workspace before they write; without it, the
+        // slab one column at a time, which they multiply unpacked, in the
+        // packed kernel's order: the same bits.
+        const bool done = ork::core::guarded([&] {
+            if (barcelona) G::driver()(ta, tb, &sm, &sn, k, alpha, as, lda, bs, ldb, &one, cs, ldc);
+            else if (by_cols) G::by_columns()(ta, tb, &sm, &sn, k, alpha, as, lda, bs, ldb, cs, ldc);
+            else G::by_rows()(ta, tb, &sm, &sn, k, alpha, as, lda, bs, ldb, cs, ldc);
+        });
+        if (done) return;
+        const idx single = 1;
+        for (idx j = 0; j < sn && !short_of_memory.load(); ++j)
+            if (!ork::core::guarded([&] {  // a generation that packed one column would say so
+                G::by_columns()(ta, tb, &sm, &single, k, alpha, as, lda, nb ? bs + j * LDB : bs + j, ldb, cs + j * LDC,
+                                ldc);
+            }))
+                short_of_memory = true;
     };
-    if (t == 1) return slab(0);
     ork::core::parallel_for(t, t, slab);
+    if (short_of_memory) e.out_of_memory();
 }
 
 }  // namespace

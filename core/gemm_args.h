@@ -35,4 +35,16 @@ bool gemm_args_ok(const entry& e, const char* ta, const char* tb, const ork_int*
     return true;
 }
 
+// After the quick returns: A, B and C must be addressable (positions of
+// lda, ldb, ldc).
+template <class A, class C>
+bool gemm_reach_ok(const entry& e, const char* ta, const char* tb, ork_int m, ork_int n, ork_int k, ork_int lda,
+                   ork_int ldb, ork_int ldc) {
+    const bool na = ork_serv_lsame(ta, "N", 1, 1), nb = ork_serv_lsame(tb, "N", 1, 1);
+    if (!matrix_fits<A>(na ? m : k, na ? k : m, lda)) return e.fail(8);
+    if (!matrix_fits<C>(nb ? k : n, nb ? n : k, ldb)) return e.fail(10);
+    if (!matrix_fits<C>(m, n, ldc)) return e.fail(13);
+    return true;
+}
+
 }  // namespace ork::core

@@ -2,6 +2,8 @@
 // real products (cgemm3m, zgemm3m) and real-times-complex products (scgemm,
 // dzgemm). The reference argument checks, then the kernel library's driver,
 // on column slabs of C split over threads when the product is long.
+#include <type_traits>
+
 #include "core/gemm_args.h"
 
 using ork::core::entry;
@@ -12,8 +14,8 @@ namespace {
 
 const kernel_table& K() { return ork::core::kernels(); }
 
-bool is_zero(const ork_complex8& v) { return v.re == 0 && v.im == 0; }
-bool is_zero(const ork_complex16& v) { return v.re == 0 && v.im == 0; }
+template <class C> bool is_zero(const C& v) { return v.re == 0 && v.im == 0; }
+template <class C> bool is_one(const C& v) { return v.re == 1 && v.im == 0; }
 
 // Below this many multiply-adds a second thread does not pay for itself.
 constexpr double split_min_work = 1 << 21;
@@ -34,15 +36,28 @@ void product(const char* name, D kernel_table::*kernel, const char* ta, const ch
     entry e(name);
     if (!ork::core::gemm_args_ok(e, ta, tb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc)) return;
     const idx M = *m, N = *n, Kd = *k;
-    if (M == 0 || N == 0) return;
+    if (M == 0 || N == 0 || ((Kd == 0 || is_zero(*alpha)) && is_one(*beta))) return;
+    if (!ork::core::gemm_reach_ok<A, C>(e, ta, tb, M, N, Kd, *lda, *ldb, *ldc)) return;
     const bool nb = ork_serv_lsame(tb, "N", 1, 1);
 
+    // The three-product drivers test their workspace and multiply unpacked
+    // without it; the mixed ones write C before the real driver inside them
+    // takes its own, so their C is kept for undoing (core.h: undoable).
+    constexpr bool mixed = !std::is_same_v<A, C>;
+    ork::core::undoable<C> out(c, mixed ? M : 0, N, *ldc);
+    if (!out.ok()) return (void)e.out_of_memory();
     const D driver = K().*kernel;
+    auto call = [&](const idx* len, const C* bs, C* cs) {
+        if (mixed) out.run([&] { driver(ta, tb, m, len, k, alpha, a, lda, bs, ldb, beta, cs, ldc); });
+        else driver(ta, tb, m, len, k, alpha, a, lda, bs, ldb, beta, cs, ldc);
+    };
     const int threads = ork::core::max_threads();
     const double work = double(M) * double(N) * double(Kd);
     const idx units = N / col_unit;
-    if (threads < 2 || work < split_min_work || units < 2 || is_zero(*alpha))
-        return driver(ta, tb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc);
+    if (threads < 2 || work < split_min_work || units < 2 || is_zero(*alpha)) {
+        call(n, b, c);
+        return (void)out.finish(e);
+    }
 
     // Each slab runs the whole driver, beta pass included, on its columns.
     const int t = int(units < threads ? units : threads);
@@ -50,9 +65,9 @@ void product(const char* name, D kernel_table::*kernel, const char* ta, const ch
     ork::core::parallel_for(t, t, [&](int s) {
         const idx j0 = units * s / t * col_unit;
         const idx len = (s == t - 1 ? N : units * (s + 1) / t * col_unit) - j0;
-        const C* bs = nb ? b + j0 * LDB : b + j0;
-        driver(ta, tb, m, &len, k, alpha, a, lda, bs, ldb, beta, c + j0 * LDC, ldc);
+        call(&len, nb ? b + j0 * LDB : b + j0, c + j0 * LDC);
     });
+    out.finish(e);
 }
 
 }  // namespace

@@ -59,6 +59,7 @@ void potrf(const char* name, const idx* n, C* a, const idx* lda, idx* info) {
     if (!a && *n > 0) return (void)ck.fail(2);
     if (!lda || *lda < at_least_1(*n)) return (void)ck.fail(3);
     if (!info) return (void)ck.fail(4);
+    if (!ork::core::matrix_fits<C>(*n, *n, *lda)) return (void)ck.fail(3);
     *info = 0;
     if (*n > 0) (K().*Kf)(n, a, lda, info);
 }
@@ -71,6 +72,7 @@ void sytrf(const char* name, const idx* n, C* a, const idx* lda, idx* ipiv, idx*
     if (!lda || *lda < at_least_1(*n)) return (void)ck.fail(3);
     if (!ipiv && *n > 0) return (void)ck.fail(4);
     if (!info) return (void)ck.fail(5);
+    if (!ork::core::matrix_fits<C>(*n, *n, *lda)) return (void)ck.fail(3);
     *info = 0;
     if (*n > 0) (K().*Kf)(n, a, lda, ipiv, info);
 }
@@ -87,6 +89,8 @@ void gtsv(const char* name, const idx* n, const idx* nrhs, C* dl, C* d, C* du, C
     if (!b && N > 0 && *nrhs > 0) return (void)ck.fail(6);
     if (!ldb || *ldb < at_least_1(N)) return (void)ck.fail(7);
     if (!info) return (void)ck.fail(8);
+    if (!ork::core::vector_fits<C>(N, 1)) return (void)ck.fail(1);
+    if (!ork::core::matrix_fits<C>(N, *nrhs, *ldb)) return (void)ck.fail(7);
     *info = 0;
     if (N > 0) (K().*Kf)(n, nrhs, dl, d, du, b, ldb, info);
 }
@@ -105,6 +109,7 @@ void ptts2(const entry& e, int first, const idx* n, const idx* nrhs, const R* d,
     if (!b && N > 0 && NR > 0) return (void)e.fail(first + 4);
     if (!ldb || *ldb < at_least_1(N)) return (void)e.fail(first + 5);
     if (N == 0 || NR == 0) return;
+    if (!ork::core::matrix_fits<C>(N, NR, *ldb)) return (void)e.fail(first + 5);
     const idx LDB = *ldb;
     split(NR, double(N) * double(NR), [&](idx j0, idx len) { run(&len, b + j0 * LDB); });
 }
@@ -135,6 +140,7 @@ bool lasr_args(const entry& e, int first, bool left, const idx* m, const idx* n,
     if (!s && any && rotations > 0) return e.fail(first + 3);
     if (!a && any) return e.fail(first + 4);
     if (!lda || *lda < at_least_1(M)) return e.fail(first + 5);
+    if (!ork::core::matrix_fits<C>(M, N, *lda)) return e.fail(first + 5);
     return true;
 }
 
@@ -155,6 +161,7 @@ void larfx(const char* name, const char* side, const idx* m, const idx* n, const
     if (!ldc || *ldc < at_least_1(M)) return (void)e.fail(7);
     if (!work && any) return (void)e.fail(8);
     if (!any) return;
+    if (!ork::core::matrix_fits<C>(M, N, *ldc)) return (void)e.fail(7);
     const idx LDC = *ldc;
     const double ops = double(M) * double(N);
     if (ork_serv_lsame(side, "L", 1, 1))

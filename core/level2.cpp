@@ -83,6 +83,13 @@ template <class C> C one_of() {
     else return C{1, 0};
 }
 
+// A stored matrix of rows x n at *lda is addressable; packed (no lda): the
+// n(n+1)/2 elements of a triangle.
+template <class C>
+bool stored_fits(bool packed, idx rows, idx n, const idx* lda) {
+    return packed ? ork::core::packed_fits<C>(n) : ork::core::matrix_fits<C>(rows, n, *lda);
+}
+
 // ---- kernels by element type
 template <class C> struct kern;
 #define ORK_L2_KERN(C, p, symv_, gemv_)                                       \
@@ -124,6 +131,9 @@ void general_mv(const char* name, bool band, const char* trans, const idx* m, co
     if (!any || (is_zero(*alpha) && is_one(*beta))) return;
     const bool notrans = is(trans, "N");
     const idx LDA = *lda, ix = *incx, iy = *incy, leny = notrans ? M : N, lenx = notrans ? N : M;
+    if (!ork::core::matrix_fits<C>(band ? *kl + *ku + 1 : M, N, LDA)) return (void)e.fail(6 + b);
+    if (!ork::core::vector_fits<C>(lenx, ix)) return (void)e.fail(8 + b);
+    if (!ork::core::vector_fits<C>(leny, iy)) return (void)e.fail(11 + b);
     // at least 64 rows or columns of A a thread
     int t = threads_for(M * (band && *kl + *ku + 1 < N ? *kl + *ku + 1 : N));
     int p = t * pieces_per_thread;
@@ -171,6 +181,9 @@ void symmetric_mv(const char* name, char storage, F kernel, const char* uplo, co
     if (!y && N > 0) return (void)e.fail(9 + b + p);
     if (!incy || *incy == 0) return (void)e.fail(10 + b + p);
     if (N == 0 || (is_zero(*alpha) && is_one(*beta))) return;
+    if (!stored_fits<C>(storage == 'p', storage == 'b' ? *k + 1 : N, N, lda)) return (void)e.fail(p ? 2 : 5 + b);
+    if (!ork::core::vector_fits<C>(N, *incx)) return (void)e.fail(7 + b + p);
+    if (!ork::core::vector_fits<C>(N, *incy)) return (void)e.fail(10 + b + p);
     const int t = storage == 's' ? threads_for(N * N) : 1;
     if (t <= 1) return kernel(uplo, n, alpha, a, lda, x, incx, beta, y, incy, k);
     // rows [i0, i1) of y: the diagonal block, then the blocks of A beside it
@@ -212,6 +225,9 @@ void general_update(const char* name, F kernel, const idx* m, const idx* n, cons
     if (!a && any) return (void)e.fail(8);
     if (!lda || *lda < at_least_1(M)) return (void)e.fail(9);
     if (!any || is_zero(*alpha)) return;
+    if (!ork::core::vector_fits<C>(M, *incx)) return (void)e.fail(5);
+    if (!ork::core::vector_fits<C>(N, *incy)) return (void)e.fail(7);
+    if (!ork::core::matrix_fits<C>(M, N, *lda)) return (void)e.fail(9);
     const idx LDA = *lda, iy = *incy;
     const int t = threads_for(M * N);
     const int p = t * pieces_per_thread;
@@ -241,6 +257,9 @@ void symmetric_update(const char* name, bool has_lda, Whole whole, Columns colum
     if (!a && N > 0) return (void)e.fail(6 + r);
     if (has_lda && (!lda || *lda < at_least_1(N))) return (void)e.fail(7 + r);
     if (N == 0 || is_zero(*alpha)) return;
+    if (!ork::core::vector_fits<C>(N, *incx)) return (void)e.fail(5);
+    if (two && !ork::core::vector_fits<C>(N, *incy)) return (void)e.fail(7);
+    if (!stored_fits<C>(!has_lda, N, N, lda)) return (void)e.fail(has_lda ? 7 + r : 2);
     const int t = has_lda ? threads_for(N * N / 2) : 1;
     if (t <= 1) return whole();
     const int p = t * pieces_per_thread;

@@ -1,6 +1,8 @@
 // libork's level-3 entries besides the general product: the reference
 // argument checks in the reference order, then the kernel of the loaded
-// library, split over threads into independent slabs of B or C.
+// library, split over threads into independent slabs of B or C. The
+// kernels write their output before they take all their workspace, so a
+// copy of it is kept for the case that they cannot (see core.h: undoable).
 #include <type_traits>
 #include <vector>
 
@@ -43,6 +45,10 @@ template <class C> C conj_of(const C& v) {
 template <class S> bool is_zero(const S& v) {
     if constexpr (std::is_arithmetic_v<S>) return v == 0;
     else return v.re == 0 && v.im == 0;
+}
+template <class S> bool is_one(const S& v) {
+    if constexpr (std::is_arithmetic_v<S>) return v == 1;
+    else return v.re == 1 && v.im == 0;
 }
 
 // ---- argument checks
@@ -110,16 +116,21 @@ void triangular(const char* name, Kernel kernel, const char* side, const char* u
     if (!b && any) return void(e.fail(10));
     if (!ldb || *ldb < at_least_one(M)) return void(e.fail(11));
     if (!any) return;
-    const idx LDB = *ldb;
-    const double work = double(M) * double(N) * double(left ? M : N);
+    const idx na = left ? M : N, LDB = *ldb;
+    if (!ork::core::matrix_fits<C>(na, na, *lda)) return void(e.fail(9));
+    if (!ork::core::matrix_fits<C>(M, N, LDB)) return void(e.fail(11));
+    ork::core::undoable<C> out(b, M, N, LDB);
+    if (!out.ok()) return void(e.out_of_memory());
+    const double work = double(M) * double(N) * double(na);
     if (left)
         slabs(N, col_unit, work, [&](idx j0, idx len) {
-            kernel(side, uplo, transa, diag, m, &len, alpha, a, lda, b + j0 * LDB, ldb);
+            out.run([&] { kernel(side, uplo, transa, diag, m, &len, alpha, a, lda, b + j0 * LDB, ldb); });
         });
     else
         slabs(M, row_unit, work, [&](idx i0, idx len) {
-            kernel(side, uplo, transa, diag, &len, n, alpha, a, lda, b + i0, ldb);
+            out.run([&] { kernel(side, uplo, transa, diag, &len, n, alpha, a, lda, b + i0, ldb); });
         });
+    out.finish(e);
 }
 
 // ---- symmetric and Hermitian products: C and B split by columns (side L)
@@ -143,17 +154,23 @@ void symmetric(const char* name, Kernel kernel, const char* side, const char* up
     if (!beta) return void(e.fail(10));
     if (!c && any) return void(e.fail(11));
     if (!ldc || *ldc < at_least_one(M)) return void(e.fail(12));
-    if (!any) return;
-    const idx LDB = *ldb, LDC = *ldc;
-    const double work = double(M) * double(N) * double(left ? M : N);
+    if (!any || (is_zero(*alpha) && is_one(*beta))) return;
+    const idx na = left ? M : N, LDB = *ldb, LDC = *ldc;
+    if (!ork::core::matrix_fits<C>(na, na, *lda)) return void(e.fail(7));
+    if (!ork::core::matrix_fits<C>(M, N, LDB)) return void(e.fail(9));
+    if (!ork::core::matrix_fits<C>(M, N, LDC)) return void(e.fail(12));
+    ork::core::undoable<C> out(c, M, N, LDC);
+    if (!out.ok()) return void(e.out_of_memory());
+    const double work = double(M) * double(N) * double(na);
     if (left)
         slabs(N, col_unit, work, [&](idx j0, idx len) {
-            kernel(side, uplo, m, &len, alpha, a, lda, b + j0 * LDB, ldb, beta, c + j0 * LDC, ldc);
+            out.run([&] { kernel(side, uplo, m, &len, alpha, a, lda, b + j0 * LDB, ldb, beta, c + j0 * LDC, ldc); });
         });
     else
         slabs(M, row_unit, work, [&](idx i0, idx len) {
-            kernel(side, uplo, &len, n, alpha, a, lda, b + i0, ldb, beta, c + i0, ldc);
+            out.run([&] { kernel(side, uplo, &len, n, alpha, a, lda, b + i0, ldb, beta, c + i0, ldc); });
         });
+    out.finish(e);
 }
 
 // ---- rank-k and rank-2k updates. The columns of C are split at multiples
@@ -184,15 +201,22 @@ void rank(const char* name, Kernel kernel, const char* uplo, const char* trans, 
     if (!beta) return void(e.fail(8 + shift));
     if (!c && N > 0) return void(e.fail(9 + shift));
     if (!ldc || *ldc < at_least_one(N)) return void(e.fail(10 + shift));
-    if (N == 0) return;
+    if (N == 0 || ((Kd == 0 || is_zero(*alpha)) && is_one(*beta))) return;
+    if (!ork::core::matrix_fits<C>(nt ? N : Kd, nt ? Kd : N, *lda)) return void(e.fail(7));
+    if (two && !ork::core::matrix_fits<C>(nt ? N : Kd, nt ? Kd : N, *ldb)) return void(e.fail(9));
+    if (!ork::core::matrix_fits<C>(N, N, *ldc)) return void(e.fail(10 + shift));
 
     const idx LDA = *lda, LDB = two ? *ldb : 0, LDC = *ldc;
+    ork::core::undoable<C> out(c, N, N, LDC);
+    if (!out.ok()) return void(e.out_of_memory());
     auto whole = [&](const idx* nn, const C* as, const C* bs, C* cs) {
-        kernel(uplo, trans, nn, k, alpha, as, lda, bs, ldb, beta, cs, ldc);
+        out.run([&] { kernel(uplo, trans, nn, k, alpha, as, lda, bs, ldb, beta, cs, ldc); });
     };
     const double work = double(N) * double(N) * double(Kd) * (two ? 2 : 1);
-    if (Kd == 0 || is_zero(*alpha) || ork::core::max_threads() < 2 || work < split_min_work)
-        return whole(n, a, b, c);
+    if (Kd == 0 || is_zero(*alpha) || ork::core::max_threads() < 2 || work < split_min_work) {
+        whole(n, a, b, c);
+        return void(out.finish(e));
+    }
 
     // gemm over the rectangle beside a slab, with C's scalars as gemm takes them.
     const char* ta = nt ? "N" : herm ? "C" : "T";
@@ -225,10 +249,14 @@ void rank(const char* name, Kernel kernel, const char* uplo, const char* trans, 
         const auto gemm = l3<C>::gemm();
         const C* bb = two ? b : a;
         const idx* ldbb = two ? ldb : lda;
-        gemm(ta, tb, &rn, &len, k, &al, row(a, LDA, r0), lda, row(bb, *ldbb, j0), ldbb, &be, c + r0 + j0 * LDC, ldc);
-        if (two)
-            gemm(ta, tb, &rn, &len, k, &al2, row(b, LDB, r0), ldb, row(a, LDA, j0), lda, &one_, c + r0 + j0 * LDC, ldc);
+        out.run([&] {
+            gemm(ta, tb, &rn, &len, k, &al, row(a, LDA, r0), lda, row(bb, *ldbb, j0), ldbb, &be, c + r0 + j0 * LDC, ldc);
+            if (two)
+                gemm(ta, tb, &rn, &len, k, &al2, row(b, LDB, r0), ldb, row(a, LDA, j0), lda, &one_, c + r0 + j0 * LDC,
+                     ldc);
+        });
     });
+    out.finish(e);
 }
 
 }  // namespace

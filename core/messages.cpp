@@ -27,6 +27,7 @@ constexpr message catalogue[] = {
     {7, "ork: ORK_CPU_DETECT=%d (%s) asks for more than this processor and operating system run; "
         "using %d (%s)"},
     {8, "ork: using the kernel library %s instead"},
+    {9, "ork: not enough memory for %s; its outputs are unchanged"},
     {761, "No error"},
     {762, "Memory could not be obtained"},
     {763, "Invalid configuration: a precision, domain, rank or length is not valid, or the descriptor is not committed"},

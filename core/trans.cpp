@@ -3,6 +3,8 @@
 // threads by row blocks (each element is computed once whatever the
 // split, so the results do not depend on the thread count).
 #include <cstdint>
+#include <cstring>
+#include <initializer_list>
 
 #include "core/core.h"
 
@@ -79,6 +81,12 @@ struct checker {
         if (ok && needed && !p) ok = e.fail(position);
         return *this;
     }
+    // after the arguments: the array whose leading dimension (or stride) is
+    // at `at` reaches no further than a byte offset can (core.h: addressable)
+    checker& reaches(std::size_t element_bytes, int at, std::initializer_list<ork::core::reach> dims) {
+        if (ok && !ork::core::addressable(element_bytes, dims)) ok = e.fail(at);
+        return *this;
+    }
     // ordering, trans, rows, cols: the first four arguments of the copies;
     // sets t (transposing) and v, the row-major view.
     template <class View>
@@ -95,6 +103,25 @@ struct checker {
 
 // ---- entry shapes; Kf is the kernel_table member to call
 
+// B := alpha*op(A) out of place in the row-major view v of A, split over
+// threads by row blocks of A.
+template <auto Kf, class C>
+void scaled_copy(int t, const char* trans, view v, const C* alpha, const C* a, u64 LDA, C* b, u64 LDB) {
+    row_blocks(v.rows, threads_for(v.rows * v.cols), [&](u64 i0, u64 len) {
+        if (!t) return (K().*Kf)("R", trans, &len, &v.cols, alpha, a + i0 * LDA, &LDA, b + i0 * LDB, &LDB);
+        // A transposition goes tile by tile: halving a tile of transpose_tile
+        // rows and columns ends in whole 4 x 4 leaves, where halving an
+        // awkward size such as 5000 x 3000 ends in leaves of two or three.
+        for (u64 r = 0; r < len; r += transpose_tile)
+            for (u64 c = 0; c < v.cols; c += transpose_tile) {
+                const u64 h = len - r < transpose_tile ? len - r : transpose_tile;
+                const u64 w = v.cols - c < transpose_tile ? v.cols - c : transpose_tile;
+                (K().*Kf)("R", trans, &h, &w, alpha, a + (i0 + r) * LDA + c, &LDA, b + c * LDB + i0 + r, &LDB);
+            }
+    });
+}
+
+
 template <auto Kf, class C>
 void omatcopy(const char* name, const char* ordering, const char* trans, const u64* rows, const u64* cols,
               const C* alpha, const C* a, const u64* lda, C* b, const u64* ldb) {
@@ -108,19 +135,9 @@ void omatcopy(const char* name, const char* ordering, const char* trans, const u
         .array(b, !v.empty())
         .arg(ldb, [&](u64 n) { return n >= at_least_one(t ? v.rows : v.cols); });
     if (!ck.ok || v.empty()) return;
-    const u64 LDA = *lda, LDB = *ldb;
-    row_blocks(v.rows, threads_for(v.rows * v.cols), [&](u64 i0, u64 len) {
-        if (!t) return (K().*Kf)("R", trans, &len, &v.cols, alpha, a + i0 * LDA, lda, b + i0 * LDB, ldb);
-        // A transposition goes tile by tile: halving a tile of transpose_tile
-        // rows and columns ends in whole 4 x 4 leaves, where halving an
-        // awkward size such as 5000 x 3000 ends in leaves of two or three.
-        for (u64 r = 0; r < len; r += transpose_tile)
-            for (u64 c = 0; c < v.cols; c += transpose_tile) {
-                const u64 h = len - r < transpose_tile ? len - r : transpose_tile;
-                const u64 w = v.cols - c < transpose_tile ? v.cols - c : transpose_tile;
-                (K().*Kf)("R", trans, &h, &w, alpha, a + (i0 + r) * LDA + c, lda, b + c * LDB + i0 + r, ldb);
-            }
-    });
+    ck.reaches(sizeof(C), 7, {{v.rows, *lda}, {v.cols, 1}}).reaches(sizeof(C), 9, {{t ? v.cols : v.rows, *ldb}, {t ? v.rows : v.cols, 1}});
+    if (!ck.ok) return;
+    scaled_copy<Kf>(t, trans, v, alpha, a, *lda, b, *ldb);
 }
 
 template <auto Kf, class C>
@@ -135,6 +152,13 @@ void omatcopy2(const char* name, const char* ordering, const char* trans, const 
     ck.arg(alpha).array(a, !v.empty()).arg(lda, positive).arg(stridea, positive);
     ck.array(b, !v.empty()).arg(ldb, positive).arg(strideb, positive);
     if (!ck.ok || v.empty()) return;
+    // the leading dimension first, then the stride on top of it
+    const u64 br = t ? v.cols : v.rows, bc = t ? v.rows : v.cols;
+    ck.reaches(sizeof(C), 7, {{v.rows, *lda}, {v.cols, 1}})
+        .reaches(sizeof(C), 8, {{v.rows, *lda}, {v.cols, *stridea}})
+        .reaches(sizeof(C), 10, {{br, *ldb}, {bc, 1}})
+        .reaches(sizeof(C), 11, {{br, *ldb}, {bc, *strideb}});
+    if (!ck.ok) return;
     const u64 LDA = *lda, LDB = *ldb, SB = *strideb;
     row_blocks(v.rows, threads_for(v.rows * v.cols), [&](u64 i0, u64 len) {
         (K().*Kf)("R", trans, &len, &v.cols, alpha, a + i0 * LDA, lda, stridea, b + i0 * (t ? SB : LDB), ldb,
@@ -142,8 +166,14 @@ void omatcopy2(const char* name, const char* ordering, const char* trans, const 
     });
 }
 
-// In place: one call, the cycles of a transposition span the whole array.
-template <auto Kf, class C>
+// In place. A transposition that the kernel cannot do as a square goes,
+// when the memory can be had, out of place into a buffer (tiled and split
+// as above) and is copied back: the kernel's cycle following needs no
+// memory, but its leader test walks each cycle again from every position.
+// Each element is alpha times its source (conjugated for 'C') either way,
+// so both paths give the same bits. Otherwise one call: the cycles of a
+// transposition span the whole array.
+template <auto Kf, auto Copy, class C>
 void imatcopy(const char* name, const char* ordering, const char* trans, const u64* rows, const u64* cols,
               const C* alpha, C* ab, const u64* lda, const u64* ldb) {
     checker ck(name);
@@ -155,7 +185,25 @@ void imatcopy(const char* name, const char* ordering, const char* trans, const u
         .arg(lda, [&](u64 n) { return n >= at_least_one(v.cols); })
         .arg(ldb, [&](u64 n) { return n >= at_least_one(t ? v.rows : v.cols); });
     if (!ck.ok || v.empty()) return;
-    (K().*Kf)(ordering, trans, rows, cols, alpha, ab, lda, ldb);
+    ck.reaches(sizeof(C), 7, {{v.rows, *lda}, {v.cols, 1}}).reaches(sizeof(C), 8, {{t ? v.cols : v.rows, *ldb}, {t ? v.rows : v.cols, 1}});
+    if (!ck.ok) return;
+    const bool square = v.rows == v.cols && *lda == *ldb && *lda == v.cols;
+    C* buffer = t && !square ? static_cast<C*>(ork::core::allocate_filled(v.rows * v.cols * sizeof(C))) : nullptr;
+    if (!buffer) return (K().*Kf)(ordering, trans, rows, cols, alpha, ab, lda, ldb);
+    // the result is v.cols rows of v.rows elements, row distance ldb
+    scaled_copy<Copy>(t, trans, v, alpha, ab, *lda, buffer, v.rows);
+    // back row by row, or when the rows are packed as one block per thread
+    // (the C library streams large copies past the cache)
+    const u64 LDB = *ldb, total = v.rows * v.cols;
+    if (LDB == v.rows)
+        row_blocks(total, threads_for(total), [&](u64 i0, u64 len) {
+            std::memcpy(ab + i0, buffer + i0, len * sizeof(C));
+        });
+    else
+        row_blocks(v.cols, threads_for(total), [&](u64 i0, u64 len) {
+            for (u64 i = i0; i < i0 + len; ++i) std::memcpy(ab + i * LDB, buffer + i * v.rows, v.rows * sizeof(C));
+        });
+    ork::core::deallocate(buffer);
 }
 
 // [p, p + n) and [q, q + m) share an element
@@ -187,6 +235,10 @@ void omatadd(const char* name, const char* ordering, const char* transa, const c
         .array(c, !v.empty())
         .arg(ldc, [&](u64 n) { return n >= at_least_one(v.cols); });
     if (!ck.ok || v.empty()) return;
+    ck.reaches(sizeof(C), 8, {{ta ? v.cols : v.rows, *lda}, {ta ? v.rows : v.cols, 1}})
+        .reaches(sizeof(C), 11, {{tb ? v.cols : v.rows, *ldb}, {tb ? v.rows : v.cols, 1}})
+        .reaches(sizeof(C), 13, {{v.rows, *ldc}, {v.cols, 1}});
+    if (!ck.ok) return;
     const u64 LDA = *lda, LDB = *ldb, LDC = *ldc;
     // The in-place forms keep one call: their order of updates is the kernel's.
     const u64 a_len = (ta ? v.cols : v.rows) * LDA, b_len = (tb ? v.cols : v.rows) * LDB, c_len = v.rows * LDC;
@@ -215,8 +267,8 @@ void omatadd(const char* name, const char* ordering, const char* transa, const c
     ORK_CORE_API void ork_trans_##p##imatcopy(const char* ordering, const char* trans, const u64* rows,               \
                                               const u64* cols, const C* alpha, C* ab, const u64* lda,                  \
                                               const u64* ldb) {                                                        \
-        imatcopy<&kernel_table::ork_trans_ork_##p##imatcopy>("ork_trans_" #p "imatcopy", ordering, trans, rows, cols,  \
-                                                             alpha, ab, lda, ldb);                                     \
+        imatcopy<&kernel_table::ork_trans_ork_##p##imatcopy, &kernel_table::ork_trans_ork_##p##omatcopy>(                \
+            "ork_trans_" #p "imatcopy", ordering, trans, rows, cols, alpha, ab, lda, ldb);                                                                      \
     }                                                                                                                  \
     ORK_CORE_API void ork_trans_##p##omatadd(const char* ordering, const char* transa, const char* transb,            \
                                              const u64* rows, const u64* cols, const C* alpha, const C* a,             \

@@ -3,7 +3,6 @@
 // over threads into ranges of the result of equal work; the solve's
 // threads come from the dispatched gemv it calls.
 #include <cmath>
-#include <vector>
 
 #include "core/core.h"
 
@@ -41,6 +40,8 @@ bool full_ok(const char* name, const char* uplo, const char* trans, const char* 
     if (!lda || *lda < (*n > 1 ? *n : 1)) return e.fail(6);
     if (!x && *n > 0) return e.fail(7);
     if (!incx || *incx == 0) return e.fail(8);
+    if (!ork::core::matrix_fits<C>(*n, *n, *lda)) return e.fail(6);
+    if (!ork::core::vector_fits<C>(*n, *incx)) return e.fail(8);
     return *n > 0;
 }
 
@@ -55,6 +56,8 @@ bool band_ok(const char* name, const char* uplo, const char* trans, const char* 
     if (!lda || *lda < *k + 1) return e.fail(7);
     if (!x && *n > 0) return e.fail(8);
     if (!incx || *incx == 0) return e.fail(9);
+    if (!ork::core::matrix_fits<C>(*k + 1, *n, *lda)) return e.fail(7);
+    if (!ork::core::vector_fits<C>(*n, *incx)) return e.fail(9);
     return *n > 0;
 }
 
@@ -67,6 +70,8 @@ bool packed_ok(const char* name, const char* uplo, const char* trans, const char
     if (!ap && *n > 0) return e.fail(5);
     if (!x && *n > 0) return e.fail(6);
     if (!incx || *incx == 0) return e.fail(7);
+    if (!ork::core::packed_fits<C>(*n)) return e.fail(4);
+    if (!ork::core::vector_fits<C>(*n, *incx)) return e.fail(7);
     return *n > 0;
 }
 
@@ -84,14 +89,16 @@ void trmv(const char* name, const char* uplo, const char* trans, const char* dia
     const double area = 0.5 * double(N) * double(N + 1);
     const int most = ork::core::max_threads();
     const int t = area / trmv_per_thread < most ? int(area / trmv_per_thread) : most;
-    if (t < 2) return (K().*Whole)(uplo, trans, diag, n, a, lda, x, incx);
-    std::vector<C> y(static_cast<std::size_t>(N)), xc;
+    // a contiguous result, and a contiguous copy of x for other increments;
+    // without room for them, the kernel on the whole (the same bits)
+    C* y = t < 2 ? nullptr : static_cast<C*>(ork::core::allocate(std::size_t(N) * sizeof(C) * (inc == 1 ? 1 : 2), 64));
+    if (!y) return (K().*Whole)(uplo, trans, diag, n, a, lda, x, incx);
     const C* xs = x;
     auto logical = [&](idx i) -> C& { return inc > 0 ? x[i * inc] : x[(N - 1 - i) * -inc]; };
     if (inc != 1) {
-        xc.resize(static_cast<std::size_t>(N));
-        for (idx i = 0; i < N; ++i) xc[std::size_t(i)] = logical(i);
-        xs = xc.data();
+        C* xc = y + N;
+        for (idx i = 0; i < N; ++i) xc[i] = logical(i);
+        xs = xc;
     }
     // result i costs about i+1 (rows of upper transposed, lower not
     // transposed) or N-i: boundary k of t at sqrt(k/t) of the way
@@ -106,9 +113,10 @@ void trmv(const char* name, const char* uplo, const char* trans, const char* dia
     const idx one = 1;
     ork::core::parallel_for(t, t, [&](int k) {
         const idx first = edge(k), len = edge(k + 1) - first;
-        if (len > 0) (K().*Piece)(uplo, trans, diag, n, a, lda, xs, &one, y.data() + first, &first, &len);
+        if (len > 0) (K().*Piece)(uplo, trans, diag, n, a, lda, xs, &one, y + first, &first, &len);
     });
-    for (idx i = 0; i < N; ++i) logical(i) = y[std::size_t(i)];
+    for (idx i = 0; i < N; ++i) logical(i) = y[i];
+    ork::core::deallocate(y);
 }
 
 }  // namespace

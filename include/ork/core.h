@@ -60,6 +60,13 @@ ork_error_handler ork_set_thread_error_handler(ork_error_handler handler);
 int ork_last_error(void);
 const char *ork_last_error_routine(void);
 
+/* Running out of memory. An entry whose kernels cannot get their workspace
+ * takes a path that needs none where it has one (the same result); where it
+ * has none it reports ORK_OUT_OF_MEMORY in place of a position, through the
+ * same record and handler (message 6 by default), with every output as it
+ * was before the call. */
+enum { ORK_OUT_OF_MEMORY = -1 };
+
 /* Allocation-failure injection, for tests: the nth allocation libork makes
  * from now on (kernel workspace included, counted over all threads) returns
  * null; 0 disables. ork_allocation_count() is the number of allocations made
