@@ -16,12 +16,18 @@ and their ratio ork/peer: above 1, ork is faster.
     python3 bench/compare.py gemm path/to/ork-bench-gemm --benchmark_filter=dgemm
     python3 bench/compare.py --json-in saved.json # compare a saved run
     python3 bench/compare.py --benchmark_filter=ddot     # any --benchmark_* flag is passed on
+    python3 bench/compare.py gemm --generations   # each kernel library present against OpenBLAS native
 
 The gemm comparison runs the program once per OpenBLAS core type
 (--coretypes, default "native,Core2": OPENBLAS_CORETYPE unset, then set to
 Core2, which makes OpenBLAS use its SSE2-era kernels when it is loaded). Each
 ratio is taken within one run, where ork and OpenBLAS alternate on the same
 data; the table shows ork's speed from each run beside the peer's.
+
+With --generations the program runs once per kernel library present next to
+libork (libork_baseline.so, libork_avx2.so, libork_avx512.so; ORK_CPU_DETECT
+picks it), each time against OpenBLAS's native kernels in the same process;
+a generation the processor cannot run is reported and left out.
 
 Standard library only.
 """
@@ -409,6 +415,94 @@ def gemm_mode(args, extra, binary):
               file=sys.stderr)
         sys.exit(3)
 
+# The kernel libraries, in order, with the ORK_CPU_DETECT value that loads each.
+GENERATIONS = (("baseline", 0), ("avx2", 1), ("avx512", 2))
+
+
+def run_generations(binary, args, extra):
+    """The program once per kernel library present; [(generation, results)]."""
+    lib_dir = os.path.join(os.path.dirname(os.path.dirname(os.path.abspath(binary))), "lib")
+    runs = []
+    for name, number in GENERATIONS:
+        if not os.path.exists(os.path.join(lib_dir, f"libork_{name}.so")):
+            print(f"compare.py: {name}: no libork_{name}.so in {lib_dir}; left out", file=sys.stderr)
+            continue
+        env = dict(os.environ)
+        for var in ("OPENBLAS_CORETYPE", "ORK_KERNEL_LIBRARY"):
+            env.pop(var, None)
+        env["ORK_CPU_DETECT"] = str(number)
+        data = run_binary(binary, args.min_time, args.repetitions, extra, env, f"ORK_CPU_DETECT={number} ")
+        loaded = data.get("context", {}).get("ork_kernel_generation", "?")
+        if loaded != name:
+            print(f"compare.py: {name}: this processor does not run it (ork loaded {loaded}); left out",
+                  file=sys.stderr)
+            continue
+        runs.append((name, data))
+    return runs
+
+
+def print_generations_table(runs, lib, peer, markdown, slow_below):
+    """routine, args, threads; per generation: ork's speed, the peer's in the
+    same run, and their ratio; then the geometric mean per generation."""
+    rows = gemm_rows(runs, lib, peer)
+    flops = any(gflops(e) is not None for _, pairs in rows for pair in pairs for e in pair)
+    unit = "GFLOP/s" if flops else "GB/s"
+    head = ["routine", "args", "threads"]
+    for name, _ in runs:
+        head += [f"{lib} {name}", peer, f"{name}/{peer}"]
+    head.append("")
+    table, ratios, problems = [], [[] for _ in runs], []
+    for (routine, args, threads), pairs in rows:
+        cells, notes = [routine, "/".join(args), str(threads)], []
+        for i, (mine, theirs) in enumerate(pairs):
+            m, t = metric(mine), metric(theirs)
+            r = ratio(m, t)
+            if r is not None:
+                ratios[i].append(r)
+                if r < slow_below:
+                    notes.append(f"{runs[i][0]} slower")
+            for who, e in ((lib, mine), (peer, theirs)):
+                if e is not None and e.get("error_occurred"):
+                    notes.append(f"{who} error ({runs[i][0]}): {e.get('error_message', '')}")
+                    problems.append(e)
+            if mine is None or theirs is None:
+                problems.append((routine, args, threads, runs[i][0]))
+            cells += [fmt_rate(m[0] if m else None), fmt_rate(t[0] if t else None), "-" if r is None else f"{r:.2f}"]
+        cells.append("; ".join(notes))
+        table.append(cells)
+    print_lines(head, table, markdown, set(range(1, len(head) - 1)))
+    print()
+    for i, (name, _) in enumerate(runs):
+        if ratios[i]:
+            gm = math.exp(sum(math.log(r) for r in ratios[i]) / len(ratios[i]))
+            print(f"{name}: {len(ratios[i])} pairs; geometric mean of {lib}/{peer}: {gm:.2f}")
+    print(f"{unit} = 1e9 {'operations' if flops else 'bytes'} per second; one run per kernel library, "
+          f"{peer} at its native kernels in each; each ratio within its own run, > 1: {lib} faster")
+    return problems
+
+
+def generations_mode(args, extra, binary):
+    if args.json_in:
+        with open(args.json_in) as f:
+            runs = [(r["generation"], r["results"]) for r in json.load(f)["generations"]]
+    else:
+        runs = run_generations(binary, args, extra)
+    if args.json_out:
+        with open(args.json_out, "w") as f:
+            json.dump({"generations": [{"generation": g, "results": d} for g, d in runs]}, f, indent=1)
+    if not runs:
+        sys.exit("compare.py: no kernel library could be run")
+    # the last run's: the highest generation, which ORK_CPU_DETECT did not lower
+    print_context(runs[-1][1].get("context", {}), ("host_name", "num_cpus", "mhz_per_cpu", "ork", "cpu_generation",
+                                                   "openblas_config", "openblas"))
+    for name, data in runs:
+        print(f"{name} run: openblas core {data.get('context', {}).get('openblas_core', '?')}")
+    print()
+    problems = print_generations_table(runs, args.lib, args.peer, args.markdown, args.slow_below)
+    if args.strict and problems:
+        print(f"compare.py: {len(problems)} failed or without a twin", file=sys.stderr)
+        sys.exit(3)
+
 
 def single_mode(args, extra, binary):
     if args.json_in:
@@ -454,6 +548,9 @@ def main():
     ap.add_argument("--coretypes", default="native,Core2",
                     help="gemm: one run per OpenBLAS core type, 'native' leaving OPENBLAS_CORETYPE unset "
                          "(default: %(default)s)")
+    ap.add_argument("--generations", action="store_true",
+                    help="one run per kernel library present (ORK_CPU_DETECT), each against the peer's "
+                         "native kernels")
     ap.add_argument("--lib", default="ork", help="library under test, second name field (default: %(default)s)")
     ap.add_argument("--peer", default="openblas", help="library compared with (default: %(default)s)")
     ap.add_argument("--json-in", metavar="FILE", help="compare a saved JSON run instead of running the program")
@@ -495,7 +592,9 @@ def main():
         prog = binary or os.path.join(args.bin_dir, PROGRAMS[mode])
         if len(modes) > 1:
             print(f"== {mode}: {prog}\n")
-        if mode in ("gemm", "level3"):  # both: one run per OpenBLAS core type
+        if args.generations:
+            generations_mode(args, extra, prog)
+        elif mode in ("gemm", "level3"):  # both: one run per OpenBLAS core type
             gemm_mode(args, extra, prog)
         else:
             single_mode(args, extra, prog)

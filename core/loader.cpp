@@ -54,8 +54,8 @@ bool try_load(const std::string& path) {
     bool complete = true;
 #define ORK_BIND(name)                                                                 \
     table.name = reinterpret_cast<decltype(table.name)>(dlsym(handle, #name));         \
-    if (!table.name) {                                                                 \
-        report(3, path.c_str(), #name);                                                \
+    if (!table.name && complete) {                                                     \
+        report(3, path.c_str(), #name); /* the first missing name says enough */       \
         complete = false;                                                              \
     }
     ORK_CORE_KERNELS(ORK_BIND)
