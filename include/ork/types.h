@@ -5,6 +5,8 @@
 #include <stddef.h>
 #include <stdint.h>
 
+#include "ork/version.h"
+
 /* Dimensions, leading dimensions, increments, counts and index results. */
 typedef int64_t ork_int;
 /* Integers of the lp64_ wrappers, widened to ork_int before any use. */
