@@ -141,10 +141,15 @@ void rows_against_panel(char ta, idx m, idx kk, idx w, idx mb, T alpha, const T*
 
 // The last n mod q columns: one matrix-vector product each over the whole
 // depth, with column j of op(B) as x (conjugated into a copy for a
-// conjugate-transposed B, which gemv cannot do itself).
+// conjugate-transposed B, which gemv cannot do itself). gemv gets the
+// caller's letter for A as written (`ta_written`, 0 when there is none)
+// when it is one gemv accepts, N, T or C in either case; another letter,
+// which the real drivers read as a transpose, goes on as `ta`.
 template <class T>
 void last_columns(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, idx lda, const T* b, idx ldb, T* c,
-                  idx ldc) {
+                  idx ldc, char ta_written = 0) {
+    const char up = char(ta_written & ~0x20);
+    const char gemv_flag = up == 'N' || up == 'T' || up == 'C' ? ta_written : ta;
     const idx j1 = n - n % shape<T>::q;
     if (j1 == n) return;
     T* conj_x = nullptr;
@@ -157,8 +162,8 @@ void last_columns(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, id
             x = conj_x;
             incx = 1;
         }
-        if (ta == 'N') dispatched_gemv(ta, m, k, alpha, a, lda, x, incx, c + j * ldc);
-        else dispatched_gemv(ta, k, m, alpha, a, lda, x, incx, c + j * ldc);
+        if (ta == 'N') dispatched_gemv(gemv_flag, m, k, alpha, a, lda, x, incx, c + j * ldc);
+        else dispatched_gemv(gemv_flag, k, m, alpha, a, lda, x, incx, c + j * ldc);
     }
     if (conj_x) ork_serv_deallocate(conj_x);
 }
@@ -224,7 +229,7 @@ void in_kernel_order(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a,
 // its beta already. The plain product takes problems below the packed path.
 template <class T, class E = engine<T>>
 void accumulate(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, idx lda, const T* b, idx ldb, T* c,
-                idx ldc) {
+                idx ldc, char ta_written = 0) {
     if (m < 1 || n < 1 || alpha == zero<T>()) return;
     if (m < E::small_below || n < E::small_below || k < E::small_below)
         return pst(ta, tb, m, n, k, alpha, a, lda, b, ldb, one<T>(), c, ldc);
@@ -243,7 +248,7 @@ void accumulate(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, idx 
         });
     }
     release(ws);
-    last_columns(ta, tb, m, n, k, alpha, a, lda, b, ldb, c, ldc);
+    last_columns(ta, tb, m, n, k, alpha, a, lda, b, ldb, c, ldc, ta_written);
 }
 
 // The same result with row blocks outermost: each block of op(A) is packed
@@ -251,7 +256,7 @@ void accumulate(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, idx 
 // of C receives the same operations in the same order as in accumulate().
 template <class T, class E = engine<T>>
 void accumulate_rows_outer(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, idx lda, const T* b,
-                           idx ldb, T* c, idx ldc) {
+                           idx ldb, T* c, idx ldc, char ta_written = 0) {
     if (m < 1 || n < 1 || alpha == zero<T>()) return;
     if (m < E::small_below || n < E::small_below || k < E::small_below)
         return pst(ta, tb, m, n, k, alpha, a, lda, b, ldb, one<T>(), c, ldc);
@@ -277,7 +282,7 @@ void accumulate_rows_outer(char ta, char tb, idx m, idx n, idx k, T alpha, const
                 one<T>(), c + mp, ldc);
         });
     release(ws);
-    last_columns(ta, tb, m, n, k, alpha, a, lda, b, ldb, c, ldc);
+    last_columns(ta, tb, m, n, k, alpha, a, lda, b, ldb, c, ldc, ta_written);
 }
 
 // The loop-nest pieces' form of the product: the packed path on the whole
@@ -308,7 +313,7 @@ void accumulate_uniform(char ta, char tb, idx m, idx n, idx k, T alpha, const T*
 // nest. Complex types clear C for beta = 0 rather than scale it.
 template <class T, class E = engine<T>>
 void gemm(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, idx lda, const T* b, idx ldb, T beta, T* c,
-          idx ldc) {
+          idx ldc, char ta_written = 0) {
     if (m < 1 || n < 1) return;
     if constexpr (std::is_same_v<T, float>) {
         if (alpha == 0) {
@@ -323,7 +328,7 @@ void gemm(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, idx lda, c
     } else if (!(beta == one<T>())) {
         scalm(m, n, beta, c, ldc);
     }
-    accumulate<T, E>(ta, tb, m, n, k, alpha, a, lda, b, ldb, c, ldc);
+    accumulate<T, E>(ta, tb, m, n, k, alpha, a, lda, b, ldb, c, ldc, ta_written);
 }
 
 }  // namespace ork::gemm

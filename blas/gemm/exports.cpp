@@ -20,10 +20,10 @@ void driver(const char* ta, const char* tb, const ork_int* m, const ork_int* n, 
     if constexpr (!is_complex<T>) {
         if (barcelona())
             return gemm::gemm<T, brc_engine<T>>(trans_of<T>(ta), trans_of<T>(tb), *m, *n, *k, *as_elem(alpha),
-                                                as_elem(a), *lda, as_elem(b), *ldb, *as_elem(beta), as_elem(c), *ldc);
+                                                as_elem(a), *lda, as_elem(b), *ldb, *as_elem(beta), as_elem(c), *ldc, *ta);
     }
     gemm::gemm<T>(trans_of<T>(ta), trans_of<T>(tb), *m, *n, *k, *as_elem(alpha), as_elem(a), *lda, as_elem(b), *ldb,
-                  *as_elem(beta), as_elem(c), *ldc);
+                  *as_elem(beta), as_elem(c), *ldc, *ta);
 }
 
 }  // namespace
@@ -57,7 +57,7 @@ ORK_GEMM_DRIVER(xzgemm, cx<double>, ork_complex16)
 
 // ---- the alternative engine for AMD family-10h parts (no processor test)
 #define ORK_GEMM_BRC(name, T) \
-    ORK_API void ork_blas_##name(const char* ta, const char* tb, const ork_int* m, const ork_int* n, const ork_int* k, const T* alpha, const T* a, const ork_int* lda, const T* b, const ork_int* ldb, const T* beta, T* c, const ork_int* ldc) { gemm::gemm<T, brc_engine<T>>(trans_of<T>(ta), trans_of<T>(tb), *m, *n, *k, *alpha, a, *lda, b, *ldb, *beta, c, *ldc); }
+    ORK_API void ork_blas_##name(const char* ta, const char* tb, const ork_int* m, const ork_int* n, const ork_int* k, const T* alpha, const T* a, const ork_int* lda, const T* b, const ork_int* ldb, const T* beta, T* c, const ork_int* ldc) { gemm::gemm<T, brc_engine<T>>(trans_of<T>(ta), trans_of<T>(tb), *m, *n, *k, *alpha, a, *lda, b, *ldb, *beta, c, *ldc, *ta); }
 ORK_GEMM_BRC(xdgemm0_brc, double)
 ORK_GEMM_BRC(xdgemm1_brc, double)
 ORK_GEMM_BRC(xsgemm0_brc, float)

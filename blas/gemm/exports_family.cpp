@@ -70,9 +70,9 @@ ORK_BLK_INFO(zgemm_blk_info_htn, cx<double>, htn_engine<cx<double>>)
 // outermost, and the pieces on operands the caller packed (B, AB, A).
 // name: export without ork_blas_; T: kernel type; C: C type; E: engine.
 #define ORK_PIECE_COLS(name, T, C, E) \
-    ORK_API void ork_blas_##name(const char* ta, const char* tb, const ork_int* m, const ork_int* n, const ork_int* k, const C* alpha, const C* a, const ork_int* lda, const C* b, const ork_int* ldb, C* c, const ork_int* ldc) { accumulate<T, E>(trans_of<T>(ta), trans_of<T>(tb), *m, *n, *k, *as_elem(alpha), as_elem(a), *lda, as_elem(b), *ldb, as_elem(c), *ldc); }
+    ORK_API void ork_blas_##name(const char* ta, const char* tb, const ork_int* m, const ork_int* n, const ork_int* k, const C* alpha, const C* a, const ork_int* lda, const C* b, const ork_int* ldb, C* c, const ork_int* ldc) { accumulate<T, E>(trans_of<T>(ta), trans_of<T>(tb), *m, *n, *k, *as_elem(alpha), as_elem(a), *lda, as_elem(b), *ldb, as_elem(c), *ldc, *ta); }
 #define ORK_PIECE_ROWS(name, T, C, E) \
-    ORK_API void ork_blas_##name(const char* ta, const char* tb, const ork_int* m, const ork_int* n, const ork_int* k, const C* alpha, const C* a, const ork_int* lda, const C* b, const ork_int* ldb, C* c, const ork_int* ldc) { accumulate_rows_outer<T, E>(trans_of<T>(ta), trans_of<T>(tb), *m, *n, *k, *as_elem(alpha), as_elem(a), *lda, as_elem(b), *ldb, as_elem(c), *ldc); }
+    ORK_API void ork_blas_##name(const char* ta, const char* tb, const ork_int* m, const ork_int* n, const ork_int* k, const C* alpha, const C* a, const ork_int* lda, const C* b, const ork_int* ldb, C* c, const ork_int* ldc) { accumulate_rows_outer<T, E>(trans_of<T>(ta), trans_of<T>(tb), *m, *n, *k, *as_elem(alpha), as_elem(a), *lda, as_elem(b), *ldb, as_elem(c), *ldc, *ta); }
 #define ORK_PIECE_B(name, T, C, E) \
     ORK_API void ork_blas_##name(const char* ta, const ork_int* m, const ork_int* kk, const ork_int* w, const C* alpha, const C* a, const ork_int* lda, const C* pb, C* c, const ork_int* ldc) { b_packed<T, E>(trans_of<T>(ta), *m, *kk, *w, *as_elem(alpha), as_elem(a), *lda, as_elem(pb), as_elem(c), *ldc); }
 #define ORK_PIECE_AB(name, T, C) \
