@@ -1,5 +1,9 @@
-// ork-demo: what was loaded, then one real computation per subsystem, each
-// with an independent check and its speed.
+// ork-demo: what was loaded and why, then one real computation per subsystem
+// (or the sections named on the command line), each with an independent
+// check and its speed.
+#include <dlfcn.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <chrono>
 #include <cmath>
@@ -8,6 +12,7 @@
 #include <cstring>
 #include <limits>
 #include <random>
+#include <string>
 #include <type_traits>
 #include <vector>
 
@@ -192,22 +197,120 @@ void report(const char* what, const char* value, double err, double bound, doubl
 }
 }  // namespace ork_demo
 
-int main() {
+namespace {
+
+// The sections, in the order a run without arguments takes them.
+struct section {
+    const char* name;
+    const char* what;
+    void (*run)();
+};
+const section sections[] = {
+    {"level1", "ddot, dnrm2, daxpy and idamax on 10^7 doubles", level1},
+    {"gemm", "dgemm and zgemm, checked through (A*B)*x = A*(B*x)", gemm},
+    {"trans", "out-of-place and in-place transposition", trans_section},
+    {"lapack", "the reference LAPACK's dgesv on ork's libblas.so.3", lapack_section},
+};
+
+void usage(std::FILE* to) {
+    std::fprintf(to,
+                 "usage: ork-demo [--help] [--list] [section ...]\n"
+                 "Says which kernel library ork loaded and why, then runs the named sections\n"
+                 "(all of them when none is named): each computes with ork, checks the result\n"
+                 "against an independent computation and prints its speed. The exit status is\n"
+                 "0 when every check passed.\n"
+                 "  --list   the sections\n"
+                 "  --help   this text\n");
+}
+
+// "a", "a and b", "a, b and c"
+std::string joined(const std::vector<std::string>& names) {
+    std::string r;
+    for (std::size_t i = 0; i < names.size(); ++i)
+        r += (i == 0 ? "" : i + 1 == names.size() ? " and " : ", ") + names[i];
+    return r;
+}
+
+// The folder of libork, where it looks for the kernel libraries.
+std::string libork_folder() {
+    Dl_info self{};
+    if (!dladdr(reinterpret_cast<void*>(&ork_init), &self) || !self.dli_fname) return ".";
+    const std::string path = self.dli_fname;
+    const auto slash = path.rfind('/');
+    return slash == std::string::npos ? "." : path.substr(0, slash);
+}
+
+// libork_<generation>.so for the generations from..to, those that exist
+// next to libork or those that do not.
+std::vector<std::string> kernel_files(int from, int to, bool present) {
+    std::vector<std::string> r;
+    for (int g = from; g >= to; --g) {
+        const std::string file = std::string("libork_") + ork_cpu_generation_name(g) + ".so";
+        if ((access((libork_folder() + "/" + file).c_str(), R_OK) == 0) == present) r.push_back(file);
+    }
+    return r;
+}
+
+// Why the loaded library is the one it is, from what libork reports, the
+// overrides in the environment and the files next to libork.
+std::string why_loaded(int cpu, int kern) {
+    if (const char* lib = std::getenv("ORK_KERNEL_LIBRARY"); lib && *lib) return "ORK_KERNEL_LIBRARY names it";
+    std::string why;
+    if (const char* forced = std::getenv("ORK_CPU_DETECT"); forced && *forced)
+        why = std::string("ORK_CPU_DETECT=") + forced + " sets the processor generation; ";
+    if (kern == cpu) return why + "the best generation this processor runs";
+    const std::vector<std::string> missing = kernel_files(cpu, kern + 1, false);
+    if (!missing.empty()) return why + joined(missing) + " not found next to libork (" + libork_folder() + ")";
+    return why + "the libraries of later generations next to libork (" + libork_folder() + ") could not be used";
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    std::vector<const section*> chosen;
+    for (int i = 1; i < argc; ++i) {
+        const std::string arg = argv[i];
+        if (arg == "--help" || arg == "-h") {
+            usage(stdout);
+            return 0;
+        }
+        if (arg == "--list") {
+            for (const section& s : sections) std::printf("%-8s %s\n", s.name, s.what);
+            return 0;
+        }
+        const section* found = nullptr;
+        for (const section& s : sections)
+            if (arg == s.name) found = &s;
+        if (!found) {
+            std::fprintf(stderr, "ork-demo: %s \"%s\" (ork-demo --help, ork-demo --list)\n",
+                         arg[0] == '-' ? "unknown option" : "no section", arg.c_str());
+            return 2;
+        }
+        chosen.push_back(found);
+    }
+    if (chosen.empty())
+        for (const section& s : sections) chosen.push_back(&s);
+
+    std::printf("%s\n", ork_version());
+    const int cpu = ork_cpu_generation();
+    std::printf("processor generation: %s (%d)\n", ork_cpu_generation_name(cpu), cpu);
     if (ork_init() != 0) {
-        std::fprintf(stderr, "ork-demo: the kernel library could not be loaded\n");
+        const char* lib = std::getenv("ORK_KERNEL_LIBRARY");
+        const std::vector<std::string> present = kernel_files(cpu, 0, true);
+        const std::string asked = lib && *lib ? std::string("ORK_KERNEL_LIBRARY=") + lib
+                                              : "next to libork in " + libork_folder() + ": " +
+                                                    (present.empty() ? std::string("none") : joined(present));
+        std::fflush(stdout);
+        std::fprintf(stderr, "ork-demo: no kernel library could be loaded (%s)\n", asked.c_str());
         return 1;
     }
-    int cpu = ork_cpu_generation(), kern = ork_kernel_generation();
-    std::printf("%s\n", ork_version());
-    std::printf("processor generation: %s (%d)\n", ork_cpu_generation_name(cpu), cpu);
+    const int kern = ork_kernel_generation();
     std::printf("kernel library:       %s (generation %d, %s)\n", ork_kernel_library_path(), kern,
                 ork_cpu_generation_name(kern));
+    std::printf("why this one:         %s\n", why_loaded(cpu, kern).c_str());
     std::printf("threads:              %d\n", ork_get_max_threads());
 
-    level1();
-    gemm();
-    trans_section();
-    lapack_section();
+    for (const section* s : chosen) s->run();
 
     std::printf("\n%s\n", failures ? "some checks FAILED" : "all checks passed");
     return failures ? 1 : 0;
