@@ -10,7 +10,10 @@ set(ORK_INSTALL_BLASDIR ${CMAKE_INSTALL_LIBDIR}/ork/blas)
 set(ORK_INSTALL_CMAKEDIR ${CMAKE_INSTALL_LIBDIR}/cmake/ork)
 set(ORK_INSTALL_PKGCONFIGDIR ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
-get_property(ork_kernel_libraries GLOBAL PROPERTY ORK_KERNEL_LIBRARIES)
+set(ork_kernel_libraries)
+foreach(generation ${ORK_KERNEL_GENERATIONS})
+  list(APPEND ork_kernel_libraries ork_${generation})
+endforeach()
 install(TARGETS ork ${ork_kernel_libraries} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 
 # Every shared library of the standard interface (libblas.so.3, and

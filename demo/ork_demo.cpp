@@ -254,11 +254,19 @@ std::vector<std::string> kernel_files(int from, int to, bool present) {
 // Why the loaded library is the one it is, from what libork reports, the
 // overrides in the environment and the files next to libork.
 std::string why_loaded(int cpu, int kern) {
-    if (const char* lib = std::getenv("ORK_KERNEL_LIBRARY"); lib && *lib) return "ORK_KERNEL_LIBRARY names it";
     std::string why;
-    if (const char* forced = std::getenv("ORK_CPU_DETECT"); forced && *forced)
-        why = std::string("ORK_CPU_DETECT=") + forced + " sets the processor generation; ";
-    if (kern == cpu) return why + "the best generation this processor runs";
+    if (const char* lib = std::getenv("ORK_KERNEL_LIBRARY"); lib && *lib) {
+        char* wanted = realpath(lib, nullptr);
+        char* loaded = realpath(ork_kernel_library_path(), nullptr);
+        const bool same = wanted && loaded && std::strcmp(wanted, loaded) == 0;
+        std::free(wanted);
+        std::free(loaded);
+        if (same) return "ORK_KERNEL_LIBRARY names it";
+        why = std::string("ORK_KERNEL_LIBRARY=") + lib + " could not be used (see the message above); ";
+    }
+    const char* forced = std::getenv("ORK_CPU_DETECT");
+    if (forced && *forced) why += std::string("ORK_CPU_DETECT=") + forced + " sets the processor generation; ";
+    if (kern == cpu) return why + (forced && *forced ? "this is its library" : "the best generation this processor runs");
     const std::vector<std::string> missing = kernel_files(cpu, kern + 1, false);
     if (!missing.empty()) return why + joined(missing) + " not found next to libork (" + libork_folder() + ")";
     return why + "the libraries of later generations next to libork (" + libork_folder() + ") could not be used";

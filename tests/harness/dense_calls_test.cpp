@@ -69,11 +69,9 @@ template <> struct real_drivers<float> {
     }
 };
 
-// Columns the packed path takes in whole groups of, in the baseline library:
-// the rest go one by one to gemv. Other generations may group differently;
-// for them the test checks that the leftover calls are the last columns,
-// each once, in order.
-idx column_group() { return ork_kernel_generation() == ORK_CPU_BASELINE ? 4 : 0; }
+// The packed path takes the columns in groups of 4 (n' = n rounded down to
+// a multiple of 4), in every generation; the rest go one by one to gemv.
+constexpr idx column_group = 4;
 
 struct forced_cpu {
     explicit forced_cpu(bool barcelona) : on(barcelona) {
@@ -132,9 +130,7 @@ TYPED_TEST(RealKernelCalls, GemmLeftoverColumnsGoToGemvWithTheFlagAsWritten) {
                     EXPECT_EQ(c, want);
 
                     const bool packed = m >= D::packed_from && n >= D::packed_from && k >= D::packed_from;
-                    const idx group = column_group();
-                    if (group) EXPECT_EQ(idx(gemvs.size()), packed ? n % group : 0);
-                    else EXPECT_LT(idx(gemvs.size()), n);
+                    ASSERT_EQ(idx(gemvs.size()), packed ? n % column_group : 0);
                     for (std::size_t i = 0; i < gemvs.size(); ++i) {
                         const call& r = gemvs[i];
                         const idx j = n - idx(gemvs.size()) + idx(i);
@@ -156,9 +152,7 @@ TYPED_TEST(RealKernelCalls, GemmLeftoverColumnsGoToGemvWithTheFlagAsWritten) {
 // bytes at alignment 128 (kb, mb and nb from the depth, the rows plus
 // columns and the width), and the single driver's nb*448 + 311552, each
 // released once; none when the product is too small to pack, or alpha is 0.
-// The sizes are the baseline's blocking.
 TEST_F(KernelCalls, GemmDriversTakeOneWorkspaceBlock) {
-    if (ork_kernel_generation() != ORK_CPU_BASELINE) GTEST_SKIP() << "the workspace sizes are the baseline's";
     struct shape_case {
         bool dbl;
         idx m, n, k;

@@ -1,7 +1,7 @@
 # Installs the build into a fresh prefix, checks what is there, builds
 # tests/install/consumer/use_ork.c against it through the CMake package and
 # through pkg-config, and runs both. cmake -P with BUILD_DIR, SOURCE_DIR,
-# WORK_DIR, LIBDIR, BLASDIR, KERNEL_LIBRARIES, C_COMPILER, C_FLAGS, VERSION.
+# WORK_DIR, LIBDIR, BLASDIR, KERNEL_GENERATIONS, C_COMPILER, C_FLAGS, VERSION.
 set(prefix ${WORK_DIR}/prefix)
 file(REMOVE_RECURSE ${WORK_DIR})
 file(MAKE_DIRECTORY ${WORK_DIR})
@@ -18,8 +18,8 @@ run("cmake --install" ${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefix}
 
 set(expected ${LIBDIR}/libork.so ${BLASDIR}/libblas.so.3 include/ork/ork.h include/ork/version.h
   ${LIBDIR}/cmake/ork/orkConfig.cmake ${LIBDIR}/cmake/ork/orkConfigVersion.cmake ${LIBDIR}/pkgconfig/ork.pc)
-foreach(library ${KERNEL_LIBRARIES})
-  list(APPEND expected ${LIBDIR}/lib${library}.so)
+foreach(generation ${KERNEL_GENERATIONS})
+  list(APPEND expected ${LIBDIR}/libork_${generation}.so)
 endforeach()
 foreach(file ${expected})
   if(NOT EXISTS ${prefix}/${file})
