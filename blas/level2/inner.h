@@ -22,15 +22,17 @@ void gemv_n(idx m, idx n, const cx<float>* a, idx lda, const cx<float>* t, cx<fl
 void gemv_n(idx m, idx n, const cx<double>* a, idx lda, const cx<double>* t, cx<double>* y);
 
 // r[k] += sum over i < m of op(A(i, k))*x[i] for k < n, op = conj when conj
-// is set; several columns per pass over x. The order of the sum of one column
-// depends on m alone.
+// is set; several columns per pass over x. A column is summed in blocks of
+// rows counted from row 0 whose sums are added with compensation, so the
+// error does not grow with m; the order depends on m alone.
 void gemv_t(idx m, idx n, const float* a, idx lda, const float* x, float* r, bool conj);
 void gemv_t(idx m, idx n, const double* a, idx lda, const double* x, double* r, bool conj);
 void gemv_t(idx m, idx n, const cx<float>* a, idx lda, const cx<float>* x, cx<float>* r, bool conj);
 void gemv_t(idx m, idx n, const cx<double>* a, idx lda, const cx<double>* x, cx<double>* r, bool conj);
 
 // One column of a symmetric or Hermitian product read once for both of its
-// uses: y[i] += t*a[i] for i < m, and the result is sum op(a[i])*x[i].
+// uses: y[i] += t*a[i] for i < m, and the result is sum op(a[i])*x[i],
+// summed like a column of gemv_t.
 float axpy_dot(idx m, const float* a, float t, const float* x, float* y, bool conj);
 double axpy_dot(idx m, const double* a, double t, const double* x, double* y, bool conj);
 cx<float> axpy_dot(idx m, const cx<float>* a, cx<float> t, const cx<float>* x, cx<float>* y, bool conj);

@@ -44,21 +44,26 @@ void gemv(char trans, idx m, idx n, T alpha, const T* a, idx lda, const T* x, id
         }
         return;
     }
-    // y_j += alpha*sum_i op(A(i, j))*x_i; a column's sum depends on m and on
-    // whether x is contiguous, never on the other columns
+    // y_j += alpha*sum_i op(A(i, j))*x_i. A contiguous x goes to the inner
+    // kernel whole (which sums each column in blocks, with compensation); a
+    // strided one a block of rows at a time through the stack, the blocks'
+    // sums added with compensation. A column's sum depends on m and on
+    // whether x is contiguous, never on the other columns.
     const bool conj_a = trans == 'C';
-    const idx step = incx == 1 ? m : row_block;
     for (idx j0 = 0; j0 < n; j0 += col_block) {
         const idx nb = n - j0 < col_block ? n - j0 : col_block;
         for (idx k = 0; k < nb; ++k) buf[k] = zero<T>();
-        for (idx i0 = 0; i0 < m; i0 += step) {
-            const idx len = m - i0 < step ? m - i0 : step;
-            const T* xc = x;
-            if (incx != 1) {
+        if (incx == 1) {
+            inner::gemv_t(m, nb, a + j0 * lda, lda, x, buf, conj_a);
+        } else {
+            compensated<T> total[col_block];
+            for (idx i0 = 0; i0 < m; i0 += row_block) {
+                const idx len = m - i0 < row_block ? m - i0 : row_block;
                 for (idx i = 0; i < len; ++i) rowbuf[i] = xv[i0 + i];
-                xc = rowbuf;
+                inner::gemv_t(len, nb, a + i0 + j0 * lda, lda, rowbuf, buf, conj_a);
+                for (idx k = 0; k < nb; ++k) total[k].add(buf[k]), buf[k] = zero<T>();
             }
-            inner::gemv_t(len, nb, a + i0 + j0 * lda, lda, xc, buf, conj_a);
+            for (idx k = 0; k < nb; ++k) buf[k] = total[k].total();
         }
         for (idx k = 0; k < nb; ++k) yv[j0 + k] += alpha * buf[k];
     }
@@ -66,7 +71,8 @@ void gemv(char trans, idx m, idx n, T alpha, const T* a, idx lda, const T* x, id
 
 // The same with A an m-by-n band of kl sub- and ku super-diagonals, stored as
 // rows of an lda-by-n array (A(i, j) at a[ku + i - j + j*lda]). One column
-// at a time: an axpy (N) or a dot product (T, C) over its stored rows.
+// at a time: an axpy (N) or a dot product (T, C) over its stored rows,
+// summed in blocks from its first stored row (run_dot, run_sum).
 template <class T>
 void gbmv(char trans, idx m, idx n, idx kl, idx ku, T alpha, const T* a, idx lda, const T* x, idx incx, T beta,
           T* y, idx incy) {
@@ -87,13 +93,8 @@ void gbmv(char trans, idx m, idx n, idx kl, idx ku, T alpha, const T* a, idx lda
             else
                 for (idx i = lo; i < hi; ++i) yv[i] += t * p[i];
         } else {
-            T s = zero<T>();
-            if (incx == 1) {
-                if constexpr (is_complex<T>) s = inner::dot(hi - lo, p + lo, x + lo, conj_a);
-                else s = inner::dot(hi - lo, p + lo, x + lo);
-            } else {
-                for (idx i = lo; i < hi; ++i) s += (conj_a ? conj(p[i]) : p[i]) * xv[i];
-            }
+            const T s = incx == 1 ? run_dot(hi - lo, p + lo, x + lo, conj_a)
+                                  : run_sum<T>(hi - lo, [&](idx i) { return (conj_a ? conj(p[lo + i]) : p[lo + i]) * xv[lo + i]; });
             yv[j] += alpha * s;
         }
     }
@@ -105,7 +106,10 @@ void gbmv(char trans, idx m, idx n, idx kl, idx ku, T alpha, const T* a, idx lda
 // and sums op(a_ij)*x_i for y_j, which then takes the diagonal term too.
 // With unit increments four columns share one pass over the rows they have
 // in common (the rows of fewer go column by column), a block of rows at a
-// time so that its x and y stay in L1 across a block of columns.
+// time so that its x and y stay in L1 across a block of columns. A column's
+// sum is gathered a block of rows at a time (the inner kernels' blocked sums,
+// or a plain one for strided vectors) and the blocks' sums are added with
+// compensation, so its error does not grow with n.
 template <class T, bool Herm, class S>
 void symmetric_mv(bool upper, idx n, T alpha, S st, const T* x, idx incx, T beta, T* y, idx incy) {
     if (n <= 0 || (alpha == zero<T>() && beta == one<T>())) return;
@@ -137,12 +141,12 @@ void symmetric_mv(bool upper, idx n, T alpha, S st, const T* x, idx incx, T beta
     };
     // Blocks of columns, and within them blocks of rows small enough for
     // their x and y to stay in L1 while every column of the block passes.
-    constexpr idx G = 4, col_block = 256;
-    const idx row_block = unit ? 512 : n;
+    constexpr idx G = 4, col_block = 256, row_block = 512;
     T t[col_block], sums[col_block];
+    compensated<T> total[col_block];
     for (idx j0 = 0; j0 < n; j0 += col_block) {
         const idx j1 = n - j0 < col_block ? n : j0 + col_block;
-        for (idx j = j0; j < j1; ++j) t[j - j0] = alpha * xv[j], sums[j - j0] = zero<T>();
+        for (idx j = j0; j < j1; ++j) t[j - j0] = alpha * xv[j], total[j - j0] = {};
         // the stored rows of these columns lie in [rlo, rhi)
         const idx rlo = off_diagonal(j0).lo, rhi = off_diagonal(j1 - 1).hi;
         for (idx i0 = rlo; i0 < rhi; i0 += row_block) {
@@ -151,6 +155,7 @@ void symmetric_mv(bool upper, idx n, T alpha, S st, const T* x, idx incx, T beta
                 rows r = off_diagonal(j);
                 return rows{r.lo > i0 ? r.lo : i0, r.hi < i1 ? r.hi : i1};
             };
+            for (idx j = j0; j < j1; ++j) sums[j - j0] = zero<T>();
             for (idx j = j0; j < j1;) {
                 T* s = sums + (j - j0);
                 const T* tj = t + (j - j0);
@@ -183,8 +188,9 @@ void symmetric_mv(bool upper, idx n, T alpha, S st, const T* x, idx incx, T beta
                 }
                 j += G;
             }
+            for (idx j = j0; j < j1; ++j) total[j - j0].add(sums[j - j0]);
         }
-        for (idx j = j0; j < j1; ++j) diagonal(j, st.col(j, upper), t[j - j0], sums[j - j0]);
+        for (idx j = j0; j < j1; ++j) diagonal(j, st.col(j, upper), t[j - j0], total[j - j0].total());
     }
 }
 

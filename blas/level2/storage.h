@@ -4,6 +4,7 @@
 // band and packed triangles then run the same column loops.
 #pragma once
 
+#include "blas/level1/compensated.h"
 #include "blas/level1/level1.h"
 #include "frame/vector.h"
 
@@ -53,6 +54,22 @@ template <class A, class B> auto times(A a, B b) {
 template <class T> T real_part(T a) {
     if constexpr (is_complex<T>) return T{a.re, 0};
     else return a;
+}
+
+// Sums over one run of a column, blocks counted from its first element and
+// added with compensation: sum op(a_i)*x_i of contiguous vectors by the
+// level-1 dot kernel on blocks of 1024, and sum term(i) for strided ones by a
+// plain running sum on blocks of 256.
+template <class T>
+T run_dot(idx m, const T* a, const T* x, bool conj) {
+    return blockwise_sum<T>(m, 1024, [&](idx i0, idx len) {
+        if constexpr (is_complex<T>) return inner::dot(len, a + i0, x + i0, conj);
+        else return inner::dot(len, a + i0, x + i0);
+    });
+}
+template <class T, class Term>
+T run_sum(idx m, Term term) {
+    return blocked_sum<T>(m, 256, term);
 }
 
 // y := beta*y over n elements; beta = 0 stores zeros, so NaN does not survive.

@@ -8,6 +8,7 @@
 // loop, whatever its position.
 #include <emmintrin.h>
 
+#include "blas/level1/compensated.h"
 #include "blas/level2/inner.h"
 #include "frame/sse2/simd.h"
 
@@ -36,14 +37,15 @@ template <class R> struct vec : vec_base<R> {
         explicit scalar(R t) : v(S::set1(t)) {}
         V times(V a) const { return S::mul(a, v); }
     };
-    // sum of products a*x
+    // sum of products a*x, lane by lane
     struct sum {
-        V p = S::zero();
-        void add(V a, V x) { p = S::add(p, S::mul(a, x)); }
-        void add(const sum& o) { p = S::add(p, o.p); }
-        R result(bool) const {
+        static constexpr int parts = 1;
+        V v[parts] = {S::zero()};
+        void add(V a, V x) { v[0] = S::add(v[0], S::mul(a, x)); }
+        // the lanes of v added: a pair, or pairs then their sums
+        static R reduce(const V* w, bool) {
             alignas(16) R l[S::lanes];
-            S::store(l, p);
+            S::store(l, w[0]);
             if constexpr (S::lanes == 2) return l[0] + l[1];
             else return (l[0] + l[1]) + (l[2] + l[3]);
         }
@@ -66,26 +68,41 @@ template <class R> struct vec<cx<R>> : vec_base<R> {
         }
         V times(V a) const { return S::add(S::mul(a, re), S::mul(swap_pairs(a), im)); }
     };
-    // p holds (sum ar*xr, sum ai*xi), q holds (sum ar*xi, sum ai*xr) per element slot
+    // v[0] holds (sum ar*xr, sum ai*xi), v[1] holds (sum ar*xi, sum ai*xr)
+    // per element slot
     struct sum {
-        V p = S::zero(), q = S::zero();
+        static constexpr int parts = 2;
+        V v[parts] = {S::zero(), S::zero()};
         void add(V a, V x) {
-            p = S::add(p, S::mul(a, x));
-            q = S::add(q, S::mul(a, swap_pairs(x)));
+            v[0] = S::add(v[0], S::mul(a, x));
+            v[1] = S::add(v[1], S::mul(a, swap_pairs(x)));
         }
-        void add(const sum& o) {
-            p = S::add(p, o.p);
-            q = S::add(q, o.q);
-        }
-        cx<R> result(bool conj) const {
+        static cx<R> reduce(const V* w, bool conj) {
             alignas(16) R lp[S::lanes], lq[S::lanes];
-            S::store(lp, p);
-            S::store(lq, q);
+            S::store(lp, w[0]);
+            S::store(lq, w[1]);
             R rr = lp[0], ii = lp[1], ri = lq[0], ir = lq[1];
             if constexpr (S::lanes == 4) rr += lp[2], ii += lp[3], ri += lq[2], ir += lq[3];
             return conj ? cx<R>{rr + ii, ri - ir} : cx<R>{rr - ii, ri + ir};
         }
     };
+};
+
+// The blocks' sums of one column, added lane by lane with compensation
+// (blas::two_sum_into); the result reduces the running sums and their error
+// terms alike and adds the two.
+template <class T>
+struct column_total {
+    using sum = typename vec<T>::sum;
+    using V = typename vec<T>::V;
+    V hi[sum::parts], lo[sum::parts];
+    column_total() {
+        for (int k = 0; k < sum::parts; ++k) hi[k] = lo[k] = vec<T>::S::zero();
+    }
+    void add(const sum& s) {
+        for (int k = 0; k < sum::parts; ++k) blas::two_sum_into(hi[k], lo[k], s.v[k]);
+    }
+    T result(bool conj) const { return blas::settle(sum::reduce(hi, conj), sum::reduce(lo, conj)); }
 };
 
 // Loads and stores of `count` elements at p: a whole vector when count is
@@ -146,20 +163,26 @@ void gemv_n_any(idx m, idx n, const T* a, idx lda, const T* t, T* y) {
     for (; j < n; ++j) gemv_n_group<T, 1>(m, a + j * lda, lda, t + j, y);
 }
 
-// ---- C columns of sums op(a_k)*x, U partial sums a column: vector v of
-// the column goes to sum v mod U; they are added in order at the end, then
-// the lanes. Symmetric products (Axpy) also add t[k]*a_k to y in the same
-// pass. The sum of a column depends on m, C and U only.
+// ---- C columns of sums op(a_k)*x. The rows go in blocks of sum_block
+// counted from row 0; within a block a column keeps U vectors of partial
+// sums, vector v of the block going to sum v mod U, which are added in order
+// at the block's end; the blocks' sums go lane by lane into the column's
+// compensated total (column_total), whose lanes are added at the end. So the
+// error does not grow with m, and the sum of a column depends on m and U
+// only. Symmetric products (Axpy) also add t[k]*a_k to y in the same pass.
+constexpr idx sum_block = 256;
+
 template <class T, int C, int U, bool Axpy>
 void sums_group(idx m, const T* const* a, const T* t, const T* x, T* y, T* sums, bool conj) {
     using W = vec<T>;
     using S = typename W::S;
     constexpr idx P = W::per;
+    static_assert(sum_block % (U * P) == 0, "a block holds whole steps");
     typename W::scalar ts[C];
     if constexpr (Axpy)
         for (int k = 0; k < C; ++k) ts[k] = typename W::scalar(t[k]);
-    typename W::sum s[C][U];
-    auto step = [&](idx i, idx count, int u) {
+    column_total<T> total[C];
+    auto step = [&](typename W::sum (*s)[U], idx i, idx count, int u) {
         const auto xv = load(x + i, count);
         typename W::V yv;
         if constexpr (Axpy) yv = load(y + i, count);
@@ -170,14 +193,20 @@ void sums_group(idx m, const T* const* a, const T* t, const T* x, T* y, T* sums,
         }
         if constexpr (Axpy) store(y + i, yv, count);
     };
-    idx i = 0;
-    for (; i + U * P <= m; i += U * P)
-        for (int u = 0; u < U; ++u) step(i + u * P, P, u);
-    for (int u = 0; i < m; ++u, i += P) step(i, m - i < P ? m - i : P, u);
-    for (int k = 0; k < C; ++k) {
-        for (int u = 1; u < U; ++u) s[k][0].add(s[k][u]);
-        sums[k] += s[k][0].result(conj);
+    for (idx b0 = 0; b0 < m; b0 += sum_block) {
+        const idx end = m - b0 < sum_block ? m : b0 + sum_block;
+        typename W::sum s[C][U];
+        idx i = b0;
+        for (; i + U * P <= end; i += U * P)
+            for (int u = 0; u < U; ++u) step(s, i + u * P, P, u);
+        for (int u = 0; i < end; ++u, i += P) step(s, i, end - i < P ? end - i : P, u);
+        for (int k = 0; k < C; ++k) {
+            for (int u = 1; u < U; ++u)
+                for (int q = 0; q < W::sum::parts; ++q) s[k][0].v[q] = S::add(s[k][0].v[q], s[k][u].v[q]);
+            total[k].add(s[k][0]);
+        }
     }
+    for (int k = 0; k < C; ++k) sums[k] += total[k].result(conj);
 }
 
 // r += A'*x: one partial sum a column whatever the group, so that a column
