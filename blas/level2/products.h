@@ -9,10 +9,55 @@
 
 namespace ork::blas {
 
+// Blocks of gemv: columns whose scaled x (N) or sums (T, C) sit on the
+// stack, and rows of a strided vector that pass through the stack.
+constexpr idx gemv_col_block = 128, gemv_row_block = 512, gemv_sum_cols = 512;
+
+// N with more than gemv_sum_cols columns, a block of rows at a time: the
+// columns go gemv_sum_cols at a time into a stack buffer (the inner kernel
+// summing each group of columns in order), and each buffer is added to y_i
+// with compensation, so a long row's error does not grow with n. Kept out of
+// line, with its buffers, so that short calls do not pay for them.
+template <class T>
+[[gnu::noinline]] void gemv_n_long(idx m, idx n, T alpha, const T* a, idx lda, strided<const T> xv, strided<T> yv) {
+    constexpr idx rb = idx(8192 / sizeof(T));  // rows of 8 KB a block
+    T buf[gemv_col_block], hi[rb], lo[rb], part[rb];
+    for (idx i0 = 0; i0 < m; i0 += rb) {
+        const idx len = m - i0 < rb ? m - i0 : rb;
+        for (idx i = 0; i < len; ++i) hi[i] = yv[i0 + i], lo[i] = zero<T>();
+        for (idx s0 = 0; s0 < n; s0 += gemv_sum_cols) {
+            const idx s1 = n - s0 < gemv_sum_cols ? n : s0 + gemv_sum_cols;
+            for (idx i = 0; i < len; ++i) part[i] = zero<T>();
+            for (idx j0 = s0; j0 < s1; j0 += gemv_col_block) {
+                const idx nb = s1 - j0 < gemv_col_block ? s1 - j0 : gemv_col_block;
+                for (idx k = 0; k < nb; ++k) buf[k] = alpha * xv[j0 + k];
+                inner::gemv_n(len, nb, a + i0 + j0 * lda, lda, buf, part);
+            }
+            for (idx i = 0; i < len; ++i) two_sum_into(hi[i], lo[i], part[i]);
+        }
+        for (idx i = 0; i < len; ++i) yv[i0 + i] = settle(hi[i], lo[i]);
+    }
+}
+
+// T or C with a strided x: x passes through the stack a block of rows at a
+// time, and the blocks' sums of each column are added with compensation.
+template <class T>
+[[gnu::noinline]] void gemv_t_strided(idx m, idx nb, const T* a, idx lda, strided<const T> xv, T* sums, bool conj_a) {
+    constexpr idx rb = gemv_row_block;
+    T rowbuf[rb], part[gemv_col_block];
+    compensated<T> total[gemv_col_block];
+    for (idx i0 = 0; i0 < m; i0 += rb) {
+        const idx len = m - i0 < rb ? m - i0 : rb;
+        for (idx i = 0; i < len; ++i) rowbuf[i] = xv[i0 + i];
+        for (idx k = 0; k < nb; ++k) part[k] = zero<T>();
+        inner::gemv_t(len, nb, a + i0, lda, rowbuf, part, conj_a);
+        for (idx k = 0; k < nb; ++k) total[k].add(part[k]);
+    }
+    for (idx k = 0; k < nb; ++k) sums[k] = total[k].total();
+}
+
 // y := alpha*op(A)*x + beta*y; op from the first letter of trans (N, T, C;
-// C conjugates A). Columns go to the inner kernels in blocks whose scaled
-// x (N) or partial sums (T, C) sit on the stack; a strided y (N) or x (T, C)
-// passes through a stack buffer a block of rows at a time.
+// C conjugates A).
 template <class T>
 void gemv(char trans, idx m, idx n, T alpha, const T* a, idx lda, const T* x, idx incx, T beta, T* y,
           idx incy) {
@@ -21,13 +66,17 @@ void gemv(char trans, idx m, idx n, T alpha, const T* a, idx lda, const T* x, id
     const idx leny = notrans ? m : n, lenx = notrans ? n : m;
     scale_vector(leny, beta, y, incy);
     if (alpha == zero<T>()) return;
-    constexpr idx col_block = 128, row_block = 512;
-    T buf[col_block], rowbuf[row_block];
+    constexpr idx col_block = gemv_col_block, row_block = gemv_row_block;
+    T buf[col_block];
     strided xv(lenx, x, incx);
     strided yv(leny, y, incy);
     if (notrans) {
-        // y_i += sum_j A(i, j)*(alpha*x_j); per element the same operations
-        // wherever the rows start, so a split over rows keeps the bits
+        // y_i += sum_j A(i, j)*(alpha*x_j), the inner kernel summing each
+        // group of columns in order and adding the sums to y_i one by one
+        // (more than gemv_sum_cols columns: gemv_n_long). Per element the same
+        // operations wherever its row lies, so a split over rows keeps the bits.
+        if (n > gemv_sum_cols) return gemv_n_long(m, n, alpha, a, lda, strided<const T>(lenx, x, incx), yv);
+        T rowbuf[row_block];
         const idx step = incy == 1 ? m : row_block;
         for (idx i0 = 0; i0 < m; i0 += step) {
             const idx len = m - i0 < step ? m - i0 : step;
@@ -46,24 +95,16 @@ void gemv(char trans, idx m, idx n, T alpha, const T* a, idx lda, const T* x, id
     }
     // y_j += alpha*sum_i op(A(i, j))*x_i. A contiguous x goes to the inner
     // kernel whole (which sums each column in blocks, with compensation); a
-    // strided one a block of rows at a time through the stack, the blocks'
-    // sums added with compensation. A column's sum depends on m and on
+    // strided one to gemv_t_strided. A column's sum depends on m and on
     // whether x is contiguous, never on the other columns.
     const bool conj_a = trans == 'C';
     for (idx j0 = 0; j0 < n; j0 += col_block) {
         const idx nb = n - j0 < col_block ? n - j0 : col_block;
-        for (idx k = 0; k < nb; ++k) buf[k] = zero<T>();
         if (incx == 1) {
+            for (idx k = 0; k < nb; ++k) buf[k] = zero<T>();
             inner::gemv_t(m, nb, a + j0 * lda, lda, x, buf, conj_a);
         } else {
-            compensated<T> total[col_block];
-            for (idx i0 = 0; i0 < m; i0 += row_block) {
-                const idx len = m - i0 < row_block ? m - i0 : row_block;
-                for (idx i = 0; i < len; ++i) rowbuf[i] = xv[i0 + i];
-                inner::gemv_t(len, nb, a + i0 + j0 * lda, lda, rowbuf, buf, conj_a);
-                for (idx k = 0; k < nb; ++k) total[k].add(buf[k]), buf[k] = zero<T>();
-            }
-            for (idx k = 0; k < nb; ++k) buf[k] = total[k].total();
+            gemv_t_strided(m, nb, a + j0 * lda, lda, strided<const T>(lenx, x, incx), buf, conj_a);
         }
         for (idx k = 0; k < nb; ++k) yv[j0 + k] += alpha * buf[k];
     }

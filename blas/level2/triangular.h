@@ -3,6 +3,7 @@
 // its result, and the band and packed products and solves.
 #pragma once
 
+#include "blas/level1/compensated.h"
 #include "blas/level2/triangular_inner.h"
 #include "frame/vector.h"
 
@@ -147,6 +148,13 @@ void trsv(bool upper, bool trans, bool conj, bool unit, idx n, const T* a, idx l
     }
 }
 
+// sum of op(run[i])*xv[lo + i] over i < m for a strided x: plain sums over
+// blocks of 256 from i = 0, the blocks added with compensation.
+template <class T, class X>
+T strided_dot(idx m, const T* run, const X& xv, idx lo, bool conj) {
+    return blocked_sum<T>(m, 256, [&](idx i) { return op(run[i], conj) * xv[lo + i]; });
+}
+
 // ---- x := op(A)*x, elements r0 .. r0+len-1 of it into y. Each element's
 // order: no transpose, the diagonal term A(i, i)*x_i, then x_j*A(i, j) added
 // one at a time in order of j away from the diagonal (as the reference
@@ -194,11 +202,8 @@ void trmv_range(bool upper, bool trans, bool conj, bool unit, idx n, const T* a,
         const idx lo = upper ? 0 : e, m = upper ? g : n - e;
         if (incx == 1) tri_inner::dots(m, j1 - j0, A(lo, j0), lda, x + lo, t, conj);
         else
-            for (idx j = j0; j < j1; ++j) {
-                T s = zero<T>();
-                for (idx i = lo; i < lo + m; ++i) s += op(*A(i, j), conj) * xv[i];
-                t[j - j0] = s;
-            }
+            for (idx j = j0; j < j1; ++j)
+                t[j - j0] = strided_dot(m, A(lo, j), xv, lo, conj);
         for (idx j = j0; j < j1; ++j) {
             T s = t[j - j0];
             if (upper)
@@ -277,8 +282,7 @@ template <class T>
 T dot_run(idx m, const T* run, const T* x, idx incx, idx lo, const strided<T>& xv, bool conj) {
     T s = zero<T>();
     if (incx == 1) tri_inner::dots(m, 1, run, 0, x + lo, &s, conj);
-    else
-        for (idx i = 0; i < m; ++i) s += op(run[i], conj) * xv[lo + i];
+    else s = strided_dot(m, run, xv, lo, conj);
     return s;
 }
 

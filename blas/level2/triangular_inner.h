@@ -26,7 +26,8 @@ void gemv_cols(idx m, idx nc, const cx<double>* a, idx lda, const cx<double>* c,
 // out[k] := sum over i < m of op(a[i + k*lda])*x[i], k < nc, op conjugating
 // when conj is set. The order of one column's sum depends on m alone (see the
 // implementation), never on nc, so columns taken together or one at a time
-// give the same bits.
+// give the same bits; blocks of rows summed apart and added with
+// compensation keep its error from growing with m.
 void dots(idx m, idx nc, const float* a, idx lda, const float* x, float* out, bool conj);
 void dots(idx m, idx nc, const double* a, idx lda, const double* x, double* out, bool conj);
 void dots(idx m, idx nc, const cx<float>* a, idx lda, const cx<float>* x, cx<float>* out, bool conj);

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 
+#include "blas/level1/compensated.h"
 #include "blas/level2/triangular_inner.h"
 #include "frame/sse2/simd.h"
 
@@ -164,67 +165,93 @@ void gemv_cols_cx(idx m, idx nc, const cx<R>* a, idx lda, const cx<R>* c, idx in
     }
 }
 
-// ---- dots, real. One column's sum: two vectors of partial sums, element i
-// of each step of 2L going to lane i mod L of vector (i / L) mod 2; the two
-// vectors are added, their lanes summed in ascending order, and the last
-// m mod 2L products added one by one in order. NC columns share the loads of x.
+// ---- dots, real. One column's sum: the rows in blocks of sum_block counted
+// from row 0 (the last m mod 2L rows apart); in a block two vectors of
+// partial sums, element i of each step of 2L going to lane i mod L of vector
+// (i / L) mod 2; at the block's end the two are added and go lane by lane
+// into a compensated total (blas::two_sum_into), so the error does not grow
+// with m. Then the lanes of the total and of its error term are each summed
+// in ascending order and added, and the last m mod 2L products added one by
+// one in order. NC columns share the loads of x.
+constexpr idx sum_block = 256;
+
 template <class R, int NC>
 void dots_real(idx m, const R* a, idx lda, const R* x, R* out) {
     using S = simd<R>;
-    V<R> s0[NC], s1[NC];
-    for (int k = 0; k < NC; ++k) s0[k] = s1[k] = S::zero();
-    idx i = 0;
-    for (; i + 2 * L<R> <= m; i += 2 * L<R>) {
-        const V<R> x0 = S::loadu(x + i), x1 = S::loadu(x + i + L<R>);
-        for (int k = 0; k < NC; ++k) {
-            s0[k] = S::add(s0[k], S::mul(S::loadu(a + k * lda + i), x0));
-            s1[k] = S::add(s1[k], S::mul(S::loadu(a + k * lda + i + L<R>), x1));
+    V<R> hi[NC], lo[NC];
+    for (int k = 0; k < NC; ++k) hi[k] = lo[k] = S::zero();
+    const idx full = m - m % (2 * L<R>);
+    for (idx b0 = 0; b0 < full; b0 += sum_block) {
+        const idx end = full - b0 < sum_block ? full : b0 + sum_block;
+        V<R> s0[NC], s1[NC];
+        for (int k = 0; k < NC; ++k) s0[k] = s1[k] = S::zero();
+        for (idx i = b0; i < end; i += 2 * L<R>) {
+            const V<R> x0 = S::loadu(x + i), x1 = S::loadu(x + i + L<R>);
+            for (int k = 0; k < NC; ++k) {
+                s0[k] = S::add(s0[k], S::mul(S::loadu(a + k * lda + i), x0));
+                s1[k] = S::add(s1[k], S::mul(S::loadu(a + k * lda + i + L<R>), x1));
+            }
         }
+        for (int k = 0; k < NC; ++k) blas::two_sum_into(hi[k], lo[k], S::add(s0[k], s1[k]));
     }
     for (int k = 0; k < NC; ++k) {
-        R r = lane_sum<R>(S::add(s0[k], s1[k]));
-        for (idx t = i; t < m; ++t) r += a[k * lda + t] * x[t];
+        R r = blas::settle(lane_sum<R>(hi[k]), lane_sum<R>(lo[k]));
+        for (idx t = full; t < m; ++t) r += a[k * lda + t] * x[t];
         out[k] = r;
     }
 }
 
 // Complex: for each column the four real sums of a_re*x_re, a_im*x_re,
 // a_re*x_im and a_im*x_im, gathered like the real ones (pairs of lanes
-// instead of lanes), the tail added to them one element at a time, and then
-// combined once: (rr - ii, ri + ir), or (rr + ii, ri - ir) conjugated.
+// instead of lanes, blocks with compensated totals), the tail added to them
+// one element at a time, and then combined once: (rr - ii, ri + ir), or
+// (rr + ii, ri - ir) conjugated.
 template <class R, int NC>
 void dots_cx(idx m, const cx<R>* a, idx lda, const cx<R>* x, cx<R>* out, bool conj) {
     using S = simd<R>;
     constexpr idx CL = L<R> / 2;
-    V<R> r0[NC], r1[NC], i0[NC], i1[NC];
-    for (int k = 0; k < NC; ++k) r0[k] = r1[k] = i0[k] = i1[k] = S::zero();
+    V<R> rh[NC], rl[NC], ih[NC], il[NC];  // totals of the re and im parts of x, and their errors
+    for (int k = 0; k < NC; ++k) rh[k] = rl[k] = ih[k] = il[k] = S::zero();
     auto* xr = reinterpret_cast<const R*>(x);
-    idx i = 0;
-    for (; i + 2 * CL <= m; i += 2 * CL) {
-        const V<R> xa = S::loadu(xr + 2 * i), xb = S::loadu(xr + 2 * i + L<R>);
-        const V<R> xar = dup_re(xa), xai = dup_im(xa), xbr = dup_re(xb), xbi = dup_im(xb);
+    const idx full = m - m % (2 * CL);
+    for (idx b0 = 0; b0 < full; b0 += sum_block) {
+        const idx end = full - b0 < sum_block ? full : b0 + sum_block;
+        V<R> r0[NC], r1[NC], i0[NC], i1[NC];
+        for (int k = 0; k < NC; ++k) r0[k] = r1[k] = i0[k] = i1[k] = S::zero();
+        for (idx i = b0; i < end; i += 2 * CL) {
+            const V<R> xa = S::loadu(xr + 2 * i), xb = S::loadu(xr + 2 * i + L<R>);
+            const V<R> xar = dup_re(xa), xai = dup_im(xa), xbr = dup_re(xb), xbi = dup_im(xb);
+            for (int k = 0; k < NC; ++k) {
+                auto* ar = reinterpret_cast<const R*>(a + k * lda);
+                const V<R> va = S::loadu(ar + 2 * i), vb = S::loadu(ar + 2 * i + L<R>);
+                r0[k] = S::add(r0[k], S::mul(va, xar));
+                i0[k] = S::add(i0[k], S::mul(va, xai));
+                r1[k] = S::add(r1[k], S::mul(vb, xbr));
+                i1[k] = S::add(i1[k], S::mul(vb, xbi));
+            }
+        }
         for (int k = 0; k < NC; ++k) {
-            auto* ar = reinterpret_cast<const R*>(a + k * lda);
-            const V<R> va = S::loadu(ar + 2 * i), vb = S::loadu(ar + 2 * i + L<R>);
-            r0[k] = S::add(r0[k], S::mul(va, xar));
-            i0[k] = S::add(i0[k], S::mul(va, xai));
-            r1[k] = S::add(r1[k], S::mul(vb, xbr));
-            i1[k] = S::add(i1[k], S::mul(vb, xbi));
+            blas::two_sum_into(rh[k], rl[k], S::add(r0[k], r1[k]));
+            blas::two_sum_into(ih[k], il[k], S::add(i0[k], i1[k]));
         }
     }
+    // (a_re*x_re, a_im*x_re) pairs in r, (a_re*x_im, a_im*x_im) in i: each
+    // summed over the pairs of lanes in ascending order
+    auto pairs_of = [](V<R> r, V<R> i, R* s) {
+        alignas(16) R lr[L<R>], li[L<R>];
+        simd<R>::store(lr, r);
+        simd<R>::store(li, i);
+        s[0] = lr[0], s[1] = lr[1], s[2] = li[0], s[3] = li[1];
+        for (int l = 2; l < L<R>; l += 2) s[0] += lr[l], s[1] += lr[l + 1], s[2] += li[l], s[3] += li[l + 1];
+    };
     for (int k = 0; k < NC; ++k) {
-        alignas(16) R rl[L<R>], il[L<R>];
-        S::store(rl, S::add(r0[k], r1[k]));
-        S::store(il, S::add(i0[k], i1[k]));
-        R rr = rl[0], ir = rl[1], ri = il[0], ii = il[1];
-        for (int l = 2; l < L<R>; l += 2) {
-            rr += rl[l];
-            ir += rl[l + 1];
-            ri += il[l];
-            ii += il[l + 1];
-        }
+        R h[4], e[4];
+        pairs_of(rh[k], ih[k], h);
+        pairs_of(rl[k], il[k], e);
+        R rr = blas::settle(h[0], e[0]), ir = blas::settle(h[1], e[1]), ri = blas::settle(h[2], e[2]),
+          ii = blas::settle(h[3], e[3]);
         const cx<R>* col = a + k * lda;
-        for (idx t = i; t < m; ++t) {
+        for (idx t = full; t < m; ++t) {
             rr += col[t].re * x[t].re;
             ir += col[t].im * x[t].re;
             ri += col[t].re * x[t].im;
