@@ -138,9 +138,39 @@ R scaled_norm(idx n, Get v) {
     return scale * std::sqrt(ssq);
 }
 
-// dnrm2, dznrm2: the scaled one-pass scheme (real and imaginary parts taken
-// in turn as separate reals for the complex form). snrm2, scnrm2: the squares
-// of floats summed in double, which can neither overflow nor underflow.
+// The scaled sums of squares of dznrm2's blocks, merged: the pair with the
+// larger scale keeps it, the other's ssq is rescaled by the square of the
+// ratio, and the ssqs add with compensation (an ssq already held is
+// rescaled, hi and lo alike, when a later block has a larger scale). A block
+// of zeros, (0, 1), adds nothing; a NaN spreads.
+template <class R>
+struct scaled_total {
+    R scale = 0;
+    compensated<R> ssq;
+    void merge(R s, R q) {
+        if (s == 0) {
+            if (q != q) ssq.add(q);
+            return;
+        }
+        if (s > scale) {
+            const R r = scale / s;
+            ssq.hi = ssq.hi * (r * r), ssq.lo = ssq.lo * (r * r);
+            ssq.add(q);
+            scale = s;
+        } else {
+            const R r = s / scale;
+            ssq.add(q * (r * r));
+        }
+    }
+    R norm() const { return scale * std::sqrt(ssq.total()); }
+};
+
+// dnrm2: the scaled one-pass scheme. dznrm2: the same over the real and
+// imaginary parts taken in turn as separate reals, in blocks of 1024 reals
+// whose scaled pairs are merged (scaled_total), so that the error does not
+// grow with n; a run of one block is the plain scheme. snrm2, scnrm2: the
+// squares of floats summed in double, which can neither overflow nor
+// underflow, and whose error stays far below a single rounding.
 template <class T>
 real_t<T> nrm2(idx n, const T* x, idx incx) {
     using R = real_t<T>;
@@ -158,12 +188,22 @@ real_t<T> nrm2(idx n, const T* x, idx incx) {
                 else s += double(e) * double(e);
             }
         return float(std::sqrt(s));
+    } else if constexpr (is_complex<T>) {
+        auto real = [&](idx i) { return r[(i >> 1) * 2 * step + (i & 1)]; };
+        scaled_total<R> total;
+        for (idx i0 = 0; i0 < 2 * n; i0 += 1024) {
+            const idx len = 2 * n - i0 < 1024 ? 2 * n - i0 : 1024;
+            R scale = 0, ssq = 1;
+            if (step == 1) inner::scaled_ssq(len, r + i0, scale, ssq);
+            else
+                for (idx i = i0; i < i0 + len; ++i) ssq_step(real(i), scale, ssq);
+            total.merge(scale, ssq);
+        }
+        return total.norm();
     } else if (step == 1) {
         R scale = 0, ssq = 1;
-        inner::scaled_ssq((is_complex<T> ? 2 : 1) * n, r, scale, ssq);
+        inner::scaled_ssq(n, r, scale, ssq);
         return scale * std::sqrt(ssq);
-    } else if constexpr (is_complex<T>) {
-        return scaled_norm<R>(2 * n, [&](idx i) { return r[(i >> 1) * 2 * step + (i & 1)]; });
     } else {
         return scaled_norm<R>(n, [&](idx i) { return r[i * step]; });
     }

@@ -160,6 +160,14 @@ template <class T> std::vector<run_case<T>> vector_runs() {
                              return dot_error(f(&n, a.data(), indx.data(), x.data()), n, d, conj);
                          }});
         }
+        r.push_back({"nrm2", true, [=](idx n, data d, idx inc) {
+                         auto x = fill(n, d, 1, inc);
+                         const real_t<T> got = api<T>::nrm2.lib(&n, x.data(), &inc);
+                         exact_sum ssq;
+                         for (idx i = 0; i < n; ++i) ssq.add(std::norm(ld(value<T>(d, 1, i))));
+                         const long double want = std::sqrt(ssq.total());
+                         return std::fabs(got - want) / (eps<T> * want);
+                     }});
         r.push_back({"asum", true, [=](idx n, data d, idx inc) {
                          auto x = fill(n, d, 1, inc);
                          const real_t<T> got = api<T>::asum.lib(&n, x.data(), &inc);
