@@ -145,12 +145,14 @@ void gbmv(char trans, idx m, idx n, idx kl, idx ku, T alpha, const T* a, idx lda
 // triangle stored in storage S. Each stored element is read once for both of
 // its uses: column j adds (alpha*x_j)*a_ij to y_i over its off-diagonal rows
 // and sums op(a_ij)*x_i for y_j, which then takes the diagonal term too.
-// With unit increments four columns share one pass over the rows they have
+// With a contiguous x four columns share one pass over the rows they have
 // in common (the rows of fewer go column by column), a block of rows at a
 // time so that its x and y stay in L1 across a block of columns. A column's
-// sum is gathered a block of rows at a time (the inner kernels' blocked sums,
-// or a plain one for strided vectors) and the blocks' sums are added with
-// compensation, so its error does not grow with n.
+// sum is gathered a block of rows at a time (the inner kernels' sums, or a
+// plain one for a strided x) and the blocks' sums are added with
+// compensation, so its error does not grow with n; the updates of y_i
+// gather over a block of columns before they are added to y_i, so its
+// error grows as n/256 only.
 template <class T, bool Herm, class S>
 void symmetric_mv(bool upper, idx n, T alpha, S st, const T* x, idx incx, T beta, T* y, idx incy) {
     if (n <= 0 || (alpha == zero<T>() && beta == one<T>())) return;
@@ -158,20 +160,28 @@ void symmetric_mv(bool upper, idx n, T alpha, S st, const T* x, idx incx, T beta
     if (alpha == zero<T>()) return;
     strided xv(n, x, incx);
     strided yv(n, y, incy);
-    const bool unit = incx == 1 && incy == 1;
+    const bool unit = incx == 1;
     auto off_diagonal = [&](idx j) {
         rows r = triangle_rows(j, n, st.reach, upper);
         if (upper) --r.hi;  // the diagonal is taken on its own
         else ++r.lo;
         return r;
     };
-    // column j over its rows [lo, hi): the y updates, the sum returned
-    auto part = [&](const T* p, T t1, idx lo, idx hi) {
+    // Blocks of columns, and within them blocks of rows small enough for
+    // their x and y to stay in L1 while every column of the block passes.
+    // The columns' updates of a block of rows gather in yb (rows from i0),
+    // which is added to y once the block of columns has passed.
+    constexpr idx G = 4, col_block = 256, row_block = 512;
+    T t[col_block], sums[col_block], yb[row_block];
+    compensated<T> total[col_block];
+    // column j over its rows [lo, hi) within the block of rows from i0: the
+    // y updates, the sum returned
+    auto part = [&](const T* p, T t1, idx lo, idx hi, idx i0) {
         if (hi <= lo) return zero<T>();
-        if (unit) return inner::axpy_dot(hi - lo, p + lo, t1, x + lo, y + lo, Herm);
+        if (unit) return inner::axpy_dot(hi - lo, p + lo, t1, x + lo, yb + (lo - i0), Herm);
         T t2 = zero<T>();
         for (idx i = lo; i < hi; ++i) {
-            yv[i] += t1 * p[i];
+            yb[i - i0] += t1 * p[i];
             t2 += (Herm ? conj(p[i]) : p[i]) * xv[i];
         }
         return t2;
@@ -180,11 +190,6 @@ void symmetric_mv(bool upper, idx n, T alpha, S st, const T* x, idx incx, T beta
         if constexpr (Herm) yv[j] += times(t1, p[j].re) + alpha * t2;
         else yv[j] += t1 * p[j] + alpha * t2;
     };
-    // Blocks of columns, and within them blocks of rows small enough for
-    // their x and y to stay in L1 while every column of the block passes.
-    constexpr idx G = 4, col_block = 256, row_block = 512;
-    T t[col_block], sums[col_block];
-    compensated<T> total[col_block];
     for (idx j0 = 0; j0 < n; j0 += col_block) {
         const idx j1 = n - j0 < col_block ? n : j0 + col_block;
         for (idx j = j0; j < j1; ++j) t[j - j0] = alpha * xv[j], total[j - j0] = {};
@@ -197,12 +202,13 @@ void symmetric_mv(bool upper, idx n, T alpha, S st, const T* x, idx incx, T beta
                 return rows{r.lo > i0 ? r.lo : i0, r.hi < i1 ? r.hi : i1};
             };
             for (idx j = j0; j < j1; ++j) sums[j - j0] = zero<T>();
+            for (idx i = i0; i < i1; ++i) yb[i - i0] = zero<T>();
             for (idx j = j0; j < j1;) {
                 T* s = sums + (j - j0);
                 const T* tj = t + (j - j0);
                 if (j + G > j1 || !unit) {
                     const rows r = within(j);
-                    *s += part(st.col(j, upper), *tj, r.lo, r.hi);
+                    *s += part(st.col(j, upper), *tj, r.lo, r.hi, i0);
                     ++j;
                     continue;
                 }
@@ -218,18 +224,19 @@ void symmetric_mv(bool upper, idx n, T alpha, S st, const T* x, idx incx, T beta
                 if (hi > lo) {
                     const T* shared[G];
                     for (idx k = 0; k < G; ++k) shared[k] = p[k] + lo;
-                    inner::axpy_dot4(hi - lo, shared, tj, x + lo, y + lo, s, Herm);
+                    inner::axpy_dot4(hi - lo, shared, tj, x + lo, yb + (lo - i0), s, Herm);
                 } else {
                     lo = hi = n;  // no shared rows: each column goes alone
                 }
                 for (idx k = 0; k < G; ++k) {
                     const idx a = lo < r[k].hi ? lo : r[k].hi, b = hi > r[k].lo ? hi : r[k].lo;
-                    s[k] += part(p[k], tj[k], r[k].lo, a);
-                    s[k] += part(p[k], tj[k], b, r[k].hi);
+                    s[k] += part(p[k], tj[k], r[k].lo, a, i0);
+                    s[k] += part(p[k], tj[k], b, r[k].hi, i0);
                 }
                 j += G;
             }
             for (idx j = j0; j < j1; ++j) total[j - j0].add(sums[j - j0]);
+            for (idx i = i0; i < i1; ++i) yv[i] += yb[i - i0];
         }
         for (idx j = j0; j < j1; ++j) diagonal(j, st.col(j, upper), t[j - j0], total[j - j0].total());
     }

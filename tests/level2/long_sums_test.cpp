@@ -197,7 +197,9 @@ TYPED_TEST(LongSums, VectorRunsKeepTheirErrorAsTheyGrow) {
 // y_0 (symmetric), x_0 (transposed products), or x_0 of the transposed unit
 // solves (the other unknowns being their right-hand sides) is then one long
 // sum down that column. Its first n slots are the column in all three
-// storages (full with lda = n, band with k = n - 1, packed).
+// storages (full with lda = n, band with k = n - 1, packed). And the
+// symmetric products with only the last row nonzero: y_(n-1) is then the
+// sum of the updates of all columns.
 TYPED_TEST(LongSums, ColumnRunsOfSymmetricAndTriangularRoutines) {
     using T = TypeParam;
     using E = entries<T>;
@@ -208,16 +210,35 @@ TYPED_TEST(LongSums, ColumnRunsOfSymmetricAndTriangularRoutines) {
         for (data d : {data::equal, data::varied})
             for (idx inc : {1, 2})
                 for (int storage = 0; storage < 3; ++storage)
-                    for (int routine = 0; routine < 3; ++routine) {  // symmetric, product, solve
+                    for (int routine = 0; routine < 4; ++routine) {  // symmetric, product, solve, last row
                         SCOPED_TRACE(::testing::Message() << "n=" << n << " data=" << int(d) << " inc=" << inc
                                                           << " storage=" << storage << " routine=" << routine);
                         std::vector<T> a(std::size_t(storage == 2 ? n * (n + 1) / 2 : n * n), make<T>(0));
-                        for (idx i = 0; i < n; ++i) a[std::size_t(i)] = value<T>(d, 0, i);
-                        if (routine == 0) a[0] = make<T>(re(a[0]));  // a Hermitian diagonal is real
+                        // slot of element (i, j) of the lower triangle
+                        auto slot = [&](idx i, idx j) {
+                            return std::size_t(storage == 2 ? j * n - j * (j - 1) / 2 + (i - j) : storage == 1 ? (i - j) + j * n : i + j * n);
+                        };
+                        const bool last_row = routine == 3;
+                        for (idx i = 0; i < n; ++i) a[last_row ? slot(n - 1, i) : slot(i, 0)] = value<T>(d, 0, i);
+                        T& corner = a[last_row ? slot(n - 1, n - 1) : 0];
+                        if (routine == 0 || last_row) corner = make<T>(re(corner));  // a Hermitian diagonal is real
                         std::vector<T> x(std::size_t(n * inc), make<T>(NAN, NAN));
                         for (idx i = 0; i < n; ++i) x[std::size_t(i * inc)] = value<T>(d, 1, i);
                         const idx k = n - 1;
                         T got;
+                        if (last_row) {
+                            std::vector<T> y(std::size_t(n), make<T>(NAN, NAN));
+                            const idx one = 1;
+                            if (storage == 0) E::symv("L", &n, &alpha, a.data(), &n, x.data(), &inc, &beta, y.data(), &one);
+                            if (storage == 1) E::sbmv("L", &n, &k, &alpha, a.data(), &n, x.data(), &inc, &beta, y.data(), &one);
+                            if (storage == 2) E::spmv("L", &n, &alpha, a.data(), x.data(), &inc, &beta, y.data(), &one);
+                            const long double e = error_in_eps(y[std::size_t(n - 1)], n, [&](idx j) {
+                                const T aj = a[slot(n - 1, j)], xj = value<T>(d, 1, j);
+                                return std::pair{ld(aj) * ld(xj), mag1(aj) * mag1(xj)};
+                            });
+                            EXPECT_LE(e, bound_eps);
+                            continue;
+                        }
                         if (routine == 0) {
                             std::vector<T> y(std::size_t(n), make<T>(NAN, NAN));
                             const idx one = 1;
