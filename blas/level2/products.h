@@ -6,6 +6,7 @@
 
 #include "blas/level2/inner.h"
 #include "blas/level2/storage.h"
+#include "ork/service.h"
 
 namespace ork::blas {
 
@@ -13,30 +14,35 @@ namespace ork::blas {
 // stack, and rows of a strided vector that pass through the stack.
 constexpr idx gemv_col_block = 128, gemv_row_block = 512, gemv_sum_cols = 512;
 
-// N with more than gemv_sum_cols columns, a block of rows at a time: the
-// columns go gemv_sum_cols at a time into a stack buffer (the inner kernel
-// summing each group of columns in order), and each buffer is added to y_i
-// with compensation, so a long row's error does not grow with n. Kept out of
-// line, with its buffers, so that short calls do not pay for them.
+// N with more than gemv_sum_cols columns: the columns go gemv_sum_cols at a
+// time into a buffer of m sums (the inner kernel summing each group of
+// columns in order), and each buffer is added to y_i with compensation, so
+// a long row's error does not grow with n. The buffers (and a copy of a
+// strided y) take workspace; without it the call runs the plain way (false).
 template <class T>
-[[gnu::noinline]] void gemv_n_long(idx m, idx n, T alpha, const T* a, idx lda, strided<const T> xv, strided<T> yv) {
-    constexpr idx rb = idx(8192 / sizeof(T));  // rows of 8 KB a block
-    T buf[gemv_col_block], hi[rb], lo[rb], part[rb];
-    for (idx i0 = 0; i0 < m; i0 += rb) {
-        const idx len = m - i0 < rb ? m - i0 : rb;
-        for (idx i = 0; i < len; ++i) hi[i] = yv[i0 + i], lo[i] = zero<T>();
-        for (idx s0 = 0; s0 < n; s0 += gemv_sum_cols) {
-            const idx s1 = n - s0 < gemv_sum_cols ? n : s0 + gemv_sum_cols;
-            for (idx i = 0; i < len; ++i) part[i] = zero<T>();
-            for (idx j0 = s0; j0 < s1; j0 += gemv_col_block) {
-                const idx nb = s1 - j0 < gemv_col_block ? s1 - j0 : gemv_col_block;
-                for (idx k = 0; k < nb; ++k) buf[k] = alpha * xv[j0 + k];
-                inner::gemv_n(len, nb, a + i0 + j0 * lda, lda, buf, part);
-            }
-            for (idx i = 0; i < len; ++i) two_sum_into(hi[i], lo[i], part[i]);
+[[gnu::noinline]] bool gemv_n_long(idx m, idx n, T alpha, const T* a, idx lda, strided<const T> xv, T* y, idx incy) {
+    const std::size_t len = std::size_t(m);
+    T* w = static_cast<T*>(ork_serv_allocate(len * (incy == 1 ? 2 : 3) * sizeof(T), 64));
+    if (!w) return false;
+    const strided<T> yv(m, y, incy);
+    T *lo = w, *part = w + len, *hi = incy == 1 ? y : w + 2 * len;
+    T buf[gemv_col_block];
+    for (idx i = 0; i < m; ++i) lo[i] = zero<T>();
+    if (incy != 1)
+        for (idx i = 0; i < m; ++i) hi[i] = yv[i];
+    for (idx s0 = 0; s0 < n; s0 += gemv_sum_cols) {
+        const idx s1 = n - s0 < gemv_sum_cols ? n : s0 + gemv_sum_cols;
+        for (idx i = 0; i < m; ++i) part[i] = zero<T>();
+        for (idx j0 = s0; j0 < s1; j0 += gemv_col_block) {
+            const idx nb = s1 - j0 < gemv_col_block ? s1 - j0 : gemv_col_block;
+            for (idx k = 0; k < nb; ++k) buf[k] = alpha * xv[j0 + k];
+            inner::gemv_n(m, nb, a + j0 * lda, lda, buf, part);
         }
-        for (idx i = 0; i < len; ++i) yv[i0 + i] = settle(hi[i], lo[i]);
+        for (idx i = 0; i < m; ++i) two_sum_into(hi[i], lo[i], part[i]);
     }
+    for (idx i = 0; i < m; ++i) yv[i] = settle(hi[i], lo[i]);
+    ork_serv_deallocate(w);
+    return true;
 }
 
 // T or C with a strided x: x passes through the stack a block of rows at a
@@ -74,8 +80,9 @@ void gemv(char trans, idx m, idx n, T alpha, const T* a, idx lda, const T* x, id
         // y_i += sum_j A(i, j)*(alpha*x_j), the inner kernel summing each
         // group of columns in order and adding the sums to y_i one by one
         // (more than gemv_sum_cols columns: gemv_n_long). Per element the same
-        // operations wherever its row lies, so a split over rows keeps the bits.
-        if (n > gemv_sum_cols) return gemv_n_long(m, n, alpha, a, lda, strided<const T>(lenx, x, incx), yv);
+        // operations wherever its row lies, so a split over rows keeps the bits
+        // (unless workspace runs out in one piece and not in another).
+        if (n > gemv_sum_cols && gemv_n_long(m, n, alpha, a, lda, strided<const T>(lenx, x, incx), y, incy)) return;
         T rowbuf[row_block];
         const idx step = incy == 1 ? m : row_block;
         for (idx i0 = 0; i0 < m; i0 += step) {
