@@ -276,3 +276,33 @@ TYPED_TEST(LongSums, ColumnRunsOfSymmetricAndTriangularRoutines) {
 }
 
 }  // namespace
+
+namespace {
+
+// Rows longer than 512 columns take workspace; without it the product runs
+// the plain way and is still right (within the plain sum's bound).
+TYPED_TEST(LongSums, LongRowsWithoutWorkspace) {
+    using T = TypeParam;
+    const idx m = 3, n = 1500, incx = 1, incy = 2;
+    std::vector<T> a(static_cast<std::size_t>(m * n)), x(static_cast<std::size_t>(n));
+    std::vector<T> y(static_cast<std::size_t>(2 * m), make<T>(NAN, NAN));
+    for (idx i = 0; i < m * n; ++i) a[std::size_t(i)] = value<T>(data::varied, 0, i);
+    for (idx j = 0; j < n; ++j) x[std::size_t(j)] = value<T>(data::varied, 1, j);
+    const T alpha = make<T>(1), beta = make<T>(0);
+    for (bool fail : {false, true}) {
+        const long before = ork_allocation_count();
+        if (fail) ork_fail_allocation(1);
+        entries<T>::gemv("N", &m, &n, &alpha, a.data(), &m, x.data(), &incx, &beta, y.data(), &incy);
+        ork_fail_allocation(0);
+        EXPECT_EQ(ork_allocation_count() - before, 1);  // the workspace, asked for either way
+        for (idx i = 0; i < m; ++i) {
+            const long double e = error_in_eps(y[std::size_t(2 * i)], n, [&](idx j) {
+                const T aij = a[std::size_t(i + j * m)], xj = x[std::size_t(j)];
+                return std::pair{ld(aij) * ld(xj), mag1(aij) * mag1(xj)};
+            });
+            EXPECT_LE(e, fail ? n : bound_eps) << "row " << i << (fail ? " without workspace" : "");
+        }
+    }
+}
+
+}  // namespace
