@@ -1,12 +1,13 @@
 // The matrix-multiply drivers, written once over the element type:
 // C := alpha*op(A)*op(B) + beta*C by a blocked loop nest over packed panels.
 //
-// Per type, `engine<T>` holds what differs: the blocking, the workspace and
-// how it is carved, and which quick paths come first. The double engine is
-// the model: one beta pass, alpha folded into packed A, depth blocks of 128
-// (halved for 129 <= k <= 256), row blocks of 512 (wider for shallow, large
-// products), column blocks of up to 4992, an odd last row through the plain
-// product and the last n mod 4 columns through the dispatched gemv.
+// Per type, `engine<T>` holds what differs: the plan of the blocking, the
+// workspace and how it is carved, and which quick paths come first; the
+// numbers are the generation's tuning table (tuning.h). The double engine is
+// the model: one beta pass, alpha folded into packed A, depth blocks halved
+// when one and a bit would remain, row blocks taller for shallow, large
+// products, the rows below a whole group through the plain product and the
+// last n mod q columns through the dispatched gemv.
 #pragma once
 
 #include <cstdint>
@@ -33,67 +34,78 @@ struct workspace {
 
 template <class T> struct engine;
 
-// ---- double: the blocking and workspace carving are fixed exactly.
+// ---- double: depth blocks of kb, halved for kb < k <= 2*kb so that no
+// short block is left over; row blocks of mb, taller for shallow, large
+// products; column blocks of up to nb. The numbers and the workspace's byte
+// layout are the generation's (tuning.h).
 template <> struct engine<double> {
-    static constexpr idx small_below = 2;  // m, n or k below this: one plain product
+    using P = tuning<double>;
+    static constexpr idx small_below = P::small_below;
     static idx kb(idx k) {
-        if (k < 129 || k > 256) return 128;
+        if (k <= P::kb || k > 2 * P::kb) return P::kb;
         idx h = (k / 2) & ~idx(3);
         return h < 4 ? 4 : h;
     }
     static idx mb(idx m, idx n, idx k) {
-        if (k > 256 || m + n < 10000) return 512;
+        if (k > 2 * P::kb || m + n < P::shallow_sum) return P::mb;
         idx kk = k < kb(k) ? k : kb(k);
-        return kk <= 16 ? 1536 : kk <= 32 ? 1024 : kk <= 64 ? 768 : 512;
+        int i = 0;
+        while (i < 3 && kk > P::shallow_depth[i]) ++i;
+        return P::shallow_rows[i];
     }
-    static idx nb(idx n) { return n < 4992 ? n : 4992; }
+    static idx nb(idx n) { return n < P::nb ? n : P::nb; }
     template <class F> static void depth_blocks(idx k, F f) {
         const idx b = kb(k);
         for (idx k0 = 0; k0 < k; k0 += b) f(k0, k - k0 < b ? k - k0 : b);
     }
     static workspace<double> take(idx m, idx n, idx k) {
         const std::size_t KB = std::size_t(kb(k)), MB = std::size_t(mb(m, n, k)), NB = std::size_t(nb(n));
+        constexpr std::size_t S = P::scratch;
         workspace<double> w;
-        char* p = static_cast<char*>(ork_serv_allocate(KB * 192 + KB * MB * 8 + KB * NB * 8 + 18176, 128));
+        char* p = static_cast<char*>(ork_serv_allocate(KB * S + KB * MB * 8 + KB * NB * 8 + P::ws_extra, 128));
         w.block = p;
         w.a = reinterpret_cast<double*>(page_after(p));
-        char* q = p + KB * MB * 8 + 8704;
-        w.scratch = floor_to(q, 128) + 640;
-        w.b = reinterpret_cast<double*>(page_after(q + KB * 192 + 768));
+        char* q = p + KB * MB * 8 + P::ws_a_gap;
+        w.scratch = floor_to(q, 128) + P::ws_scratch_at;
+        w.b = reinterpret_cast<double*>(page_after(q + KB * S + P::ws_b_at));
         return w;
     }
 };
 
-// ---- single: depth blocks of 112 with the short one first, packed path
-// only from 8 x 8 x 8 on.
+// ---- single: depth blocks of kb with the short one first, packed path
+// only from small_below on in every dimension.
 template <> struct engine<float> {
-    static constexpr idx small_below = 8;
-    static idx mb(idx, idx, idx) { return 648; }  // a multiple of 8 that fits the A region
-    static idx nb(idx n) { return n < 2000 ? n : 2000; }
+    using P = tuning<float>;
+    static constexpr idx small_below = P::small_below;
+    static idx mb(idx, idx, idx) { return P::mb; }
+    static idx nb(idx n) { return n < P::nb ? n : P::nb; }
     template <class F> static void depth_blocks(idx k, F f) {
-        idx first = k % 112 ? k % 112 : 112;
+        idx first = k % P::kb ? k % P::kb : P::kb;
         f(idx(0), k < first ? k : first);
-        for (idx k0 = first; k0 < k; k0 += 112) f(k0, idx(112));
+        for (idx k0 = first; k0 < k; k0 += P::kb) f(k0, idx(P::kb));
     }
     static workspace<float> take(idx, idx n, idx) {
+        constexpr std::size_t scratch_at = 4096 + P::mb * P::kb * 4 + P::ws_a_gap,
+                              b_at = scratch_at + P::ws_scratch_at + P::kb * P::scratch + P::ws_b_gap;
         const std::size_t NB = std::size_t(nb(n));
         workspace<float> w;
-        char* p = static_cast<char*>(ork_serv_allocate(NB * 448 + 311552, 128));
+        char* p = static_cast<char*>(ork_serv_allocate(NB * P::kb * 4 + b_at + P::ws_extra, 128));
         w.block = p;
         w.a = reinterpret_cast<float*>(page_after(p));
-        w.b = reinterpret_cast<float*>(page_after(p + 303360));
-        w.scratch = floor_to(p + 295424, 128) + 256;
+        w.b = reinterpret_cast<float*>(page_after(p + b_at));
+        w.scratch = floor_to(p + scratch_at, 128) + P::ws_scratch_at;
         return w;
     }
 };
 
-// ---- complex: depth blocks of 64, row blocks of 320, column blocks of up
-// to 2048; the workspace is (kb*es)*nb plus a fixed part.
+// ---- complex: depth blocks of kb, row blocks of mb, column blocks of up
+// to nb.
 template <class R> struct complex_engine {
     using T = cx<R>;
-    static constexpr idx small_below = 2, kbc = 64, mbc = 320;
+    using P = tuning<T>;
+    static constexpr idx small_below = P::small_below, kbc = P::kb, mbc = P::mb;
     static idx mb(idx, idx, idx) { return mbc; }
-    static idx nb(idx n) { return n < 2048 ? n : 2048; }
+    static idx nb(idx n) { return n < P::nb ? n : P::nb; }
     template <class F> static void depth_blocks(idx k, F f) {
         for (idx k0 = 0; k0 < k; k0 += kbc) f(k0, k - k0 < kbc ? k - k0 : kbc);
     }
@@ -101,12 +113,11 @@ template <class R> struct complex_engine {
         constexpr std::size_t es = sizeof(T), abytes = std::size_t(mbc * kbc) * es;
         const std::size_t NB = std::size_t(nb(n));
         workspace<T> w;
-        // 512*nb + 189696 bytes (single), 1024*nb + 353536 (double)
-        char* p = static_cast<char*>(ork_serv_allocate(kbc * es * NB + abytes + 25856, 128));
+        char* p = static_cast<char*>(ork_serv_allocate(kbc * es * NB + abytes + P::ws_extra, 128));
         w.block = p;
         w.a = reinterpret_cast<T*>(page_after(p));
-        w.scratch = floor_to(p + 4096 + abytes, 128) + 128;
-        w.b = reinterpret_cast<T*>(page_after(p + 4096 + abytes + 128 + kbc * 192));
+        w.scratch = floor_to(p + 4096 + abytes, 128) + P::ws_scratch_at;
+        w.b = reinterpret_cast<T*>(page_after(p + 4096 + abytes + P::ws_scratch_at + kbc * P::scratch));
         return w;
     }
 };
@@ -174,20 +185,29 @@ void last_columns(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, id
 // combines them), then added to C. Used for what the packed path leaves over
 // when a call must give every element the same bits whatever the shape of the
 // call it is part of.
+// a*b + s: rounded once where the generation's kernels for T fuse, else
+// twice.
+inline float fused(float a, float b, float s) { return __builtin_fmaf(a, b, s); }
+inline double fused(double a, double b, double s) { return __builtin_fma(a, b, s); }
+template <class T, class R> inline R mul_add(R a, R b, R s) {
+    if constexpr (tuning<T>::fused) return fused(a, b, s);
+    else return s + a * b;
+}
 template <class T> struct kernel_sum {
     T s;
-    void add(T a, T b) { s = s + a * b; }
+    void add(T a, T b) { s = mul_add<T>(a, b, s); }
     T value() const { return s; }
 };
 template <class R> struct kernel_sum<cx<R>> {
+    using T = cx<R>;
     R rr, ir, ri, ii;  // a.re*b.re, a.im*b.re, a.re*b.im, a.im*b.im
-    void add(cx<R> a, cx<R> b) {
-        rr = rr + a.re * b.re;
-        ir = ir + a.im * b.re;
-        ri = ri + a.re * b.im;
-        ii = ii + a.im * b.im;
+    void add(T a, T b) {
+        rr = mul_add<T>(a.re, b.re, rr);
+        ir = mul_add<T>(a.im, b.re, ir);
+        ri = mul_add<T>(a.re, b.im, ri);
+        ii = mul_add<T>(a.im, b.im, ii);
     }
-    cx<R> value() const { return {rr + -ii, ir + ri}; }
+    T value() const { return {rr + -ii, ir + ri}; }
 };
 
 template <class T, class E>

@@ -26,6 +26,23 @@ void driver(const char* ta, const char* tb, const ork_int* m, const ork_int* n, 
                   *as_elem(beta), as_elem(c), *ldc, *ta);
 }
 
+// What the generation's engine does for a product of depth k (gemm_kernels.h).
+template <class T> void layout(idx k, ork_int* info) {
+    using P = tuning<T>;
+    info[0] = P::ra;
+    info[1] = P::q;
+    for (int i = 0; i < 3; ++i) info[2 + i] = P::widths[i];
+    info[5] = P::scratch;
+    info[6] = P::fused;
+    idx first = -1, full = 0;
+    engine<T>::depth_blocks(k, [&](idx, idx kk) {
+        if (first < 0) first = kk;
+        if (kk > full) full = kk;
+    });
+    info[7] = full;
+    info[8] = first >= 0 && first < full;
+}
+
 }  // namespace
 
 namespace ork::gemm {
@@ -101,3 +118,9 @@ ORK_GEMM_PIECES(xsgemm, _0_bcopied, _0_abcopied, _1_acopied_in_thread, float, fl
 ORK_GEMM_PIECES(xdgemm, _0_bcopied, _0_abcopied, _1_acopied_in_thread, double, double)
 ORK_GEMM_PIECES(xcgemm, _bcopied, _abcopied, _acopied_in_thread, cx<float>, ork_complex8)
 ORK_GEMM_PIECES(xzgemm, _bcopied, _abcopied, _acopied_in_thread, cx<double>, ork_complex16)
+
+// ---- the loaded generation's layout and depth blocks
+ORK_API void ork_blas_sgemm_layout(const ork_int* k, ork_int* info) { layout<float>(*k, info); }
+ORK_API void ork_blas_dgemm_layout(const ork_int* k, ork_int* info) { layout<double>(*k, info); }
+ORK_API void ork_blas_cgemm_layout(const ork_int* k, ork_int* info) { layout<cx<float>>(*k, info); }
+ORK_API void ork_blas_zgemm_layout(const ork_int* k, ork_int* info) { layout<cx<double>>(*k, info); }

@@ -117,7 +117,7 @@ template <class R> struct work3m {
 template <class R> work3m<R> take3m() {
     using B = blocks3m<R>;
     constexpr std::size_t asz = B::mb * B::kb * sizeof(R), bsz = B::kb * B::nb * sizeof(R),
-                          tsz = B::mb * B::nb * sizeof(R), ssz = B::kb * 192;
+                          tsz = B::mb * B::nb * sizeof(R), ssz = B::kb * tuning<R>::scratch;
     static_assert(asz % 128 == 0 && bsz % 128 == 0 && tsz % 128 == 0 && ssz % 128 == 0);
     work3m<R> w;
     char* p = static_cast<char*>(ork_serv_allocate(3 * (asz + bsz + tsz) + ssz, 128));

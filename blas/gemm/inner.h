@@ -8,8 +8,8 @@ namespace ork::gemm::inner {
 
 // C(0 .. h-1, 0 .. w-1) += packed A (h rows, a whole number of groups) times
 // packed B (w columns, a multiple of q), over a depth of kkr (a multiple of
-// 4). `scratch` is kkr*192 bytes, 16-byte aligned, for the broadcast copy of
-// one B panel. Each element of C receives the sum over the depth formed in
+// 4). `scratch` is kkr*tuning<T>::scratch bytes, 64-byte aligned, for the
+// kernel's own copy of one B panel where it keeps one. Each element of C receives the sum over the depth formed in
 // increasing order in one accumulator, then added to C once; so the result
 // of an element does not depend on where in a block it lies.
 void multiply(idx h, idx w, idx kkr, const double* pa, const double* pb, double* c, idx ldc, void* scratch);

@@ -14,13 +14,13 @@ workspace<T> take_for_depth(idx rows, idx cols, idx kk) {
     const std::size_t kkr = std::size_t(round_up4(kk)), es = sizeof(T);
     const std::size_t abytes = std::size_t(rows) * kkr * es, bbytes = std::size_t(cols) * kkr * es;
     workspace<T> w;
-    char* p = static_cast<char*>(ork_serv_allocate(abytes + bbytes + kkr * 192 + 3 * 4096, 128));
+    char* p = static_cast<char*>(ork_serv_allocate(abytes + bbytes + kkr * shape<T>::scratch + 3 * 4096, 128));
     w.block = p;
     char* a = page_after(p);  // each region starts on the page after the last one ends
     char* scratch = page_after(a + abytes);
     w.a = reinterpret_cast<T*>(a);
     w.scratch = scratch;
-    w.b = reinterpret_cast<T*>(page_after(scratch + kkr * 192));
+    w.b = reinterpret_cast<T*>(page_after(scratch + kkr * shape<T>::scratch));
     return w;
 }
 
@@ -40,9 +40,10 @@ void b_packed(char ta, idx m, idx kk, idx w, T alpha, const T* a, idx lda, const
 template <class T>
 void ab_packed(idx h, idx w, idx kkr, const T* pa, const T* pb, T* c, idx ldc) {
     if (h < 1 || w < 1 || kkr < 1) return;
-    void* scratch = ork_serv_allocate(std::size_t(kkr) * 192, 128);
+    const std::size_t bytes = std::size_t(kkr) * shape<T>::scratch;
+    void* scratch = bytes ? ork_serv_allocate(bytes, 128) : nullptr;
     inner::multiply_block(h, w, kkr, pa, pb, c, ldc, scratch);
-    ork_serv_deallocate(scratch);
+    if (scratch) ork_serv_deallocate(scratch);
 }
 
 // A block already packed (h rows, depth kk): op(B)(0 .. kk-1, 0 .. n'-1) is
@@ -74,14 +75,14 @@ template <class T, idx KB, idx MB> struct fixed_engine : engine<T> {
     static workspace<T> take(idx, idx n, idx) {
         const std::size_t NB = std::size_t(engine<T>::nb(n)), es = sizeof(T);
         workspace<T> w;
-        char* p = static_cast<char*>(ork_serv_allocate(KB * 192 + KB * MB * es + KB * NB * es + 3 * 4096, 128));
+        char* p = static_cast<char*>(ork_serv_allocate(KB * shape<T>::scratch + KB * MB * es + KB * NB * es + 3 * 4096, 128));
         if (!p) return w;
         w.block = p;
         char* a = page_after(p);
         char* scratch = page_after(a + KB * MB * es);
         w.a = reinterpret_cast<T*>(a);
         w.scratch = scratch;
-        w.b = reinterpret_cast<T*>(page_after(scratch + KB * 192));
+        w.b = reinterpret_cast<T*>(page_after(scratch + KB * shape<T>::scratch));
         return w;
     }
 };

@@ -6,35 +6,17 @@
 // Packed B: columns in panels, as many of widths[0] as fit, then at most one
 // of each narrower width; a panel of pw columns at column c0 occupies pw*kkr
 // elements from c0*kkr, depth row r of it the pw elements from c0*kkr + pw*r;
-// rows kk .. kkr-1 are zero. The inner kernel keeps up to 12 vector
-// accumulators: RA rows by the panel's columns (two per column when complex).
+// rows kk .. kkr-1 are zero. The group height, the panel widths and the
+// rest of each generation's choices are in its tuning table (tuning.h).
 #pragma once
 
+#include "blas/gemm/tuning.h"
 #include "frame/types.h"
 #include "frame/vector.h"
 
 namespace ork::gemm {
 
-template <class T> struct shape;
-// Two rows of doubles per vector, one vector per column: 2 x 12.
-template <> struct shape<double> {
-    static constexpr int ra = 2, q = 4, widths[3] = {12, 8, 4};
-};
-// Two vectors of four rows, four columns: 8 x 4 (eight accumulators: the
-// broadcast copy of a wider panel would not fit the single-precision
-// workspace's scratch region, and groups of 8 rows leave no leftover rows
-// for the usual power-of-two sizes).
-template <> struct shape<float> {
-    static constexpr int ra = 8, q = 4, widths[3] = {4, 4, 4};
-};
-// One complex double per vector, two accumulators per column: 1 x 6.
-template <> struct shape<cx<double>> {
-    static constexpr int ra = 1, q = 2, widths[3] = {6, 4, 2};
-};
-// Two complex singles per vector, two accumulators per column: 2 x 6.
-template <> struct shape<cx<float>> {
-    static constexpr int ra = 2, q = 2, widths[3] = {6, 4, 2};
-};
+template <class T> using shape = tuning<T>;
 
 inline idx round_up4(idx k) { return (k + 3) & ~idx(3); }
 

@@ -54,7 +54,7 @@ void mm(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, idx lda, con
 // large share of the work. It depends on the order of A alone, so slabs of
 // B get the blocks of the whole problem.
 template <class T> idx tri_block(idx na) {
-    const idx full = is_complex<T> ? 64 : std::is_same_v<T, float> ? 112 : 128;
+    const idx full = gemm::tuning<T>::kb;
     return na <= 4 * full ? full / 2 : full;
 }
 

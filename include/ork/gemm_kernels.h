@@ -23,12 +23,22 @@ void ork_blas_xsgemm0_brc(const char *transa, const char *transb, const ork_int 
 /* ---- building blocks
  * scalm: C := beta*C (beta = 0 stores zeros); zerom: C := 0;
  * pst: the plain product C := alpha*op(A)*op(B) + beta*C;
- * copya?: pack alpha*op(A) rows h x kk, returns the rows packed (whole groups:
- *   2 for d, 8 for s, 1 for z, 2 for c);
- * copyb?: pack op(B) kk x w (w a multiple of 4 for s, d; of 2 for c, z);
+ * copya?: pack alpha*op(A) rows h x kk, returns the rows packed (whole groups
+ *   of the generation's group height, ?gemm_layout);
+ * copyb?: pack op(B) kk x w (w a multiple of the generation's q);
  * inner, inner_general: C += packed A * packed B over a depth kkr (a
- *   multiple of 4) with kkr*192 bytes of 16-byte aligned scratch; the cell and
- *   the beta copies are accepted and not used. */
+ *   multiple of 4) with kkr times the layout's scratch bytes of 64-byte
+ *   aligned scratch; the cell and the beta copies are accepted and not used.
+ * layout: what the loaded generation's engine does for a product of depth k:
+ *   info[0] rows of a packed A group, info[1] q, info[2..4] the panel widths
+ *   of packed B (as many of the first as fit, then at most one of each
+ *   narrower one), info[5] scratch bytes per depth row, info[6] 1 when the
+ *   kernel sums with fused multiply-adds, info[7] the depth of a full depth
+ *   block, info[8] 1 when the short depth block comes first (else last). */
+void ork_blas_sgemm_layout(const ork_int *k, ork_int *info);
+void ork_blas_dgemm_layout(const ork_int *k, ork_int *info);
+void ork_blas_cgemm_layout(const ork_int *k, ork_int *info);
+void ork_blas_zgemm_layout(const ork_int *k, ork_int *info);
 void ork_blas_sgemm_scalm(const ork_int *m, const ork_int *n, const float *beta, float *c, const ork_int *ldc);
 void ork_blas_sgemm_zerom(const ork_int *m, const ork_int *n, float *c, const ork_int *ldc);
 void ork_blas_sgemm_pst(const char *transa, const char *transb, const ork_int *m, const ork_int *n, const ork_int *k, const float *alpha, const float *a, const ork_int *lda, const float *b, const ork_int *ldb, const float *beta, float *c, const ork_int *ldc);

@@ -94,16 +94,29 @@ TYPED_TEST(GemmBlocks, PackedA) {
 }
 
 // Panels of packed B: the widest as often as they fit, then at most one of
-// each narrower width.
+// each narrower width, for every multiple of q up to a few widest panels.
 template <class T> std::vector<std::pair<idx, std::vector<idx>>> panel_table() {
-    if constexpr (is_cx<T>)
-        return {{2, {2}},       {4, {4}},       {6, {6}},          {8, {6, 2}},       {10, {6, 4}},
-                {12, {6, 6}},   {14, {6, 6, 2}}, {16, {6, 6, 4}}, {20, {6, 6, 6, 2}}};
-    else if constexpr (std::is_same_v<T, float>)
-        return {{4, {4}}, {8, {4, 4}}, {20, {4, 4, 4, 4, 4}}};
-    else
-        return {{4, {4}},          {8, {8}},          {12, {12}},        {16, {12, 4}},         {20, {12, 8}},
-                {24, {12, 12}},    {28, {12, 12, 4}}, {32, {12, 12, 8}}, {44, {12, 12, 12, 8}}};
+    std::vector<std::pair<idx, std::vector<idx>>> t;
+    const idx q = gk<T>::q, top = 3 * gk<T>::layout()[2] + q;
+    for (idx w = q; w <= top; w += q) t.emplace_back(w, panel_widths<T>(w));
+    return t;
+}
+
+// The baseline generation keeps its fixed layouts and depth blocks: double
+// 2 x 12 with twice-stored B (192 bytes a depth row), depth 128 halved for
+// 129 <= k <= 256; single 8 x 4, depth 112 with the short block first;
+// complex 1 x 6 (double) and 2 x 6 (single), depth 64; no fused sums.
+TYPED_TEST(GemmBlocks, BaselineLayout) {
+    using T = TypeParam;
+    if (ork_kernel_generation() != 0) GTEST_SKIP() << "not the baseline generation";
+    const bool dbl = std::is_same_v<T, double>, sgl = std::is_same_v<T, float>;
+    const layout_info want = is_cx<T> ? layout_info{std::is_same_v<T, ork_complex16> ? 1 : 2, 2, 6, 4, 2, 192, 0, 64, 0}
+                             : dbl    ? layout_info{2, 4, 12, 8, 4, 192, 0, 128, 0}
+                                      : layout_info{8, 4, 4, 4, 4, 64, 0, 112, 1};
+    EXPECT_EQ(gk<T>::layout(1000), want);
+    EXPECT_EQ(gk<T>::layout(200)[7], dbl ? 100 : sgl ? 112 : 64);
+    EXPECT_EQ(gk<T>::layout(200)[8], sgl ? 1 : 0);
+    EXPECT_EQ(gk<T>::layout(258)[7], dbl ? 128 : sgl ? 112 : 64);
 }
 
 // copyb? packs op(B) of kk x w unscaled: the panel of width pw at column c0
@@ -139,10 +152,12 @@ TYPED_TEST(GemmBlocks, PackedB) {
 
 // C += packed A * packed B for h x w over depth kkr. Real types, random
 // data: the bits of the documented order (one sum per element from zero in
-// increasing depth, then added to C). Complex: small integers, exact.
+// increasing depth, fused where the generation's kernels fuse, then added to
+// C). Complex: small integers, exact.
 template <class T>
 void expect_packed_product(const gmat<T>& C, const std::vector<T>& before, idx h, idx w, idx kkr,
                            const std::vector<T>& a, const std::vector<T>& b) {
+    const bool fused = gk<T>::layout()[6] != 0;
     for (idx j = 0; j < w; ++j)
         for (idx i = 0; i < h; ++i) {
             const T c = before[std::size_t(4 + i + j * C.ld)];
@@ -152,7 +167,10 @@ void expect_packed_product(const gmat<T>& C, const std::vector<T>& before, idx h
                 for (idx l = 0; l < kkr; ++l) want += ld(a[std::size_t(i + l * h)]) * ld(b[std::size_t(l + j * kkr)]);
             } else {
                 T s = 0;
-                for (idx l = 0; l < kkr; ++l) s = s + a[std::size_t(i + l * h)] * b[std::size_t(l + j * kkr)];
+                for (idx l = 0; l < kkr; ++l) {
+                    const T x = a[std::size_t(i + l * h)], y = b[std::size_t(l + j * kkr)];
+                    s = fused ? std::fma(x, y, s) : s + x * y;
+                }
                 want = c + s;
             }
             ASSERT_TRUE(near(C.at(i, j), want, 0)) << "(" << i << ", " << j << ")";
@@ -187,7 +205,7 @@ TYPED_TEST(GemmBlocks, InnerKernels) {
                         gmat<T> C(h + 1, w + 1, h + 1 + layout % 2, layout / 2 ? sizeof(real_t<T>) : 0, sentinel<T>());
                         C.fill([&](idx, idx) { return draw<T>(g, data); });
                         const auto before = C.buf.snapshot();
-                        buffer<unsigned char> scratch(std::size_t(kkr * 192), 0, 0);
+                        buffer<unsigned char> scratch(std::size_t(kkr * gk<T>::layout()[5] + 64), 0, 0);
                         f(&h, &w, &kkr, pa.data(), pb.data(), cell, C.p(), &C.ld, scratch.data(), betas);
                         expect_packed_product(C, before, h, w, kkr, a, b);
                         EXPECT_TRUE(guards_kept(C, before, h, w));

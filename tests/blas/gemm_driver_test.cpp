@@ -124,23 +124,21 @@ TYPED_TEST(GemmDriver, QuickReturns) {
 template <class T> class GemmRealDriver : public ::testing::Test {};
 TYPED_TEST_SUITE(GemmRealDriver, RealTypes);
 
-// The depth blocks of the real drivers: double 128, but floor(k/2) rounded
-// down to a multiple of 4 for 129 <= k <= 256; single 112, the short block
-// first.
-std::vector<idx> depth_blocks(bool dbl, idx k) {
-    std::vector<idx> b;
-    if (dbl) {
-        const idx kb = k >= 129 && k <= 256 ? std::max<idx>(4, k / 2 / 4 * 4) : 128;
-        for (idx k0 = 0; k0 < k; k0 += kb) b.push_back(std::min(kb, k - k0));
-    } else {
-        b.push_back(std::min<idx>(k, k % 112 ? k % 112 : 112));
-        for (idx k0 = b[0]; k0 < k; k0 += 112) b.push_back(112);
-    }
+// The depth blocks of the real drivers, as the loaded generation reports
+// them: blocks of the full depth, the short one first or last (the baseline:
+// double 128, but floor(k/2) rounded down to a multiple of 4 for 129 <= k <=
+// 256, the short block last; single 112, the short block first).
+template <class T> std::vector<idx> depth_blocks(idx k) {
+    const layout_info info = gk<T>::layout(k);
+    const idx kb = info[7], rest = k % kb;
+    std::vector<idx> b(std::size_t(k / kb), kb);
+    if (rest) b.insert(info[8] ? b.begin() : b.end(), rest);
     return b;
 }
 
 // In the packed rows and columns each element is beta*C plus, block after
-// block, the block's sum of (alpha*a)*b in increasing depth from zero; so
+// block, the block's sum of (alpha*a)*b in increasing depth from zero (fused
+// where the generation's kernels fuse); so
 // random data shows the blocking bit for bit (k = 200: 100 + 100 in double,
 // 88 + 112 in single; k = 258: 128 + 128 + 2).
 TYPED_TEST(GemmRealDriver, PackedElementsFollowTheDepthBlocks) {
@@ -148,6 +146,7 @@ TYPED_TEST(GemmRealDriver, PackedElementsFollowTheDepthBlocks) {
     constexpr bool dbl = std::is_same_v<T, double>;
     const auto f = gk<T>::driver();
     const idx m = dbl ? 9 : 25, n = 14, mp = m - m % gk<T>::ra, np = 12;
+    const bool fused = gk<T>::layout()[6] != 0;
     const std::vector<idx> ks = dbl ? std::vector<idx>{2, 4, 127, 128, 129, 130, 200, 255, 256, 257, 258, 300}
                                     : std::vector<idx>{8, 111, 112, 113, 200, 224, 225, 300};
     std::mt19937_64 g(505);
@@ -165,10 +164,12 @@ TYPED_TEST(GemmRealDriver, PackedElementsFollowTheDepthBlocks) {
                     for (idx i = 0; i < mp; ++i) {
                         T e = beta * c[std::size_t(i + j * ldc)];
                         idx l = 0;
-                        for (idx len : depth_blocks(dbl, k)) {
+                        for (idx len : depth_blocks<T>(k)) {
                             T s = 0;
-                            for (const idx end = l + len; l < end; ++l)
-                                s = s + (alpha * op_at(ta, a.data(), lda, i, l)) * op_at(tb, b.data(), ldb, l, j);
+                            for (const idx end = l + len; l < end; ++l) {
+                                const T x = alpha * op_at(ta, a.data(), lda, i, l), y = op_at(tb, b.data(), ldb, l, j);
+                                s = fused ? std::fma(x, y, s) : s + x * y;
+                            }
                             e = e + s;
                         }
                         want[std::size_t(i + j * ldc)] = e;

@@ -19,12 +19,26 @@ namespace ot {
 // ---- the kernels of one element type
 #define OT_KS(name) kernel_symbol<decltype(&ork_blas_##name)>("ork_blas_" #name)
 template <class T> struct gk;
-// RA: rows of a packed A group; Q: column multiple of packed B; KB: the depth
-// block of the drivers (the packed pieces take at most one); AC, BC: the
-// conjugating packers (the transposing ones for real types).
-#define OT_GK(p, T, RA, Q, KB, BP, ABP, AP, AC, BC)                                          \
+// What the loaded generation's engine does (?gemm_layout) for a product of
+// depth k: info[0] rows of a packed A group, [1] q, [2..4] panel widths,
+// [5] scratch bytes per depth row, [6] fused sums, [7] the full depth block,
+// [8] the short depth block first.
+using layout_info = std::array<idx, 9>;
+constexpr idx deep = idx(1) << 20;  // a depth of many whole blocks
+template <class F> layout_info layout_from(F f, idx k) {
+    layout_info info{};
+    f(&k, info.data());
+    return info;
+}
+// ra: rows of a packed A group; q: column multiple of packed B; kb: the
+// depth block of the drivers (the packed pieces take at most one); AC, BC:
+// the conjugating packers (the transposing ones for real types).
+#define OT_GK(p, T, BP, ABP, AP, AC, BC)                                                     \
     template <> struct gk<T> {                                                              \
-        static constexpr idx ra = RA, q = Q, kb = KB;                                        \
+        static layout_info layout(idx k = deep) { return layout_from(OT_KS(p##gemm_layout), k); } \
+        static inline const idx ra = layout_from(OT_KS(p##gemm_layout), deep)[0],            \
+                                q = layout_from(OT_KS(p##gemm_layout), deep)[1],             \
+                                kb = layout_from(OT_KS(p##gemm_layout), deep)[7];            \
         static constexpr auto entry = &ork_blas_##p##gemm;                                   \
         static constexpr const char* entry_name = "ork_blas_" #p "gemm";                      \
         static auto driver() { return OT_KS(x##p##gemm); }                                   \
@@ -45,10 +59,10 @@ template <class T> struct gk;
         static auto inner() { return OT_KS(p##gemm_inner); }                                 \
         static auto inner_general() { return OT_KS(p##gemm_inner_general); }                 \
     };
-OT_GK(s, float, 8, 4, 112, _0_bcopied, _0_abcopied, _1_acopied_in_thread, copyat, copybt)
-OT_GK(d, double, 2, 4, 128, _0_bcopied, _0_abcopied, _1_acopied_in_thread, copyat, copybt)
-OT_GK(c, ork_complex8, 2, 2, 64, _bcopied, _abcopied, _acopied_in_thread, copyac, copybc)
-OT_GK(z, ork_complex16, 1, 2, 64, _bcopied, _abcopied, _acopied_in_thread, copyac, copybc)
+OT_GK(s, float, _0_bcopied, _0_abcopied, _1_acopied_in_thread, copyat, copybt)
+OT_GK(d, double, _0_bcopied, _0_abcopied, _1_acopied_in_thread, copyat, copybt)
+OT_GK(c, ork_complex8, _bcopied, _abcopied, _acopied_in_thread, copyac, copybc)
+OT_GK(z, ork_complex16, _bcopied, _abcopied, _acopied_in_thread, copyac, copybc)
 #undef OT_GK
 
 // The op letters a type tells apart.
@@ -148,9 +162,10 @@ template <class T> T op_at(char t, const T* x, idx ld, idx i, idx j) {
 // to kkr; B in panels (as many of the widest as fit, then at most one of each
 // narrower width), row r of the panel at c0 at c0*kkr + pw*r.
 template <class T> std::vector<idx> panel_widths(idx w) {
-    const std::vector<idx> widths = is_cx<T> ? std::vector<idx>{6, 4, 2}
-                                    : std::is_same_v<T, double> ? std::vector<idx>{12, 8, 4}
-                                                                 : std::vector<idx>{4};
+    const layout_info info = gk<T>::layout();
+    std::vector<idx> widths = {info[2]};
+    for (int i = 3; i < 5; ++i)
+        if (info[i] < widths.back()) widths.push_back(info[i]);
     std::vector<idx> out;
     idx left = w;
     for (; left >= widths[0]; left -= widths[0]) out.push_back(widths[0]);

@@ -12,12 +12,13 @@
 #include <cstdint>
 
 #include "blas/gemm/inner.h"
-#include "frame/sse2/simd.h"
+#include "frame/simd/complex.h"
+#include "frame/simd/sse2.h"
 
 namespace ork::gemm::inner {
 namespace {
 
-using sse2::simd;
+template <class R> using simd = ork::simd::sse2<R>;
 
 // One panel of PW columns against all row groups of packed A. KFIX fixes the
 // depth at compile time (0: kkr at run time).
@@ -75,7 +76,7 @@ void panel(idx h, idx kkr_run, const T* pa, const T* pb, T* c, idx ldc, void* sc
 #pragma GCC unroll 3
             for (int m = 0; m < mv; ++m) {
                 V sum;
-                if constexpr (cb == 2) sum = S::combine(acc[m][2 * col], acc[m][2 * col + 1]);
+                if constexpr (cb == 2) sum = ork::simd::combine<S>(acc[m][2 * col], acc[m][2 * col + 1]);
                 else sum = acc[m][col];
                 R* p = cc + m * S::lanes;
                 if (aligned) S::store(p, S::add(S::load(p), sum));

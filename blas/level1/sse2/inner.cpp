@@ -20,22 +20,10 @@ using sse2::aligned16;
 using sse2::co_aligned;
 using sse2::simd;
 
-// alpha*x for one or two complex doubles held as [re, im]: x*re(alpha) +
-// swap(x)*(-im, im), which rounds exactly like re*xr - im*xi, re*xi + im*xr.
-struct cmul_d {
-    __m128d re, im;
-    explicit cmul_d(cx<double> a) : re(_mm_set1_pd(a.re)), im(_mm_set_pd(a.im, -a.im)) {}
-    __m128d operator()(__m128d x) const {
-        return _mm_add_pd(_mm_mul_pd(x, re), _mm_mul_pd(_mm_shuffle_pd(x, x, 1), im));
-    }
-};
-struct cmul_s {
-    __m128 re, im;
-    explicit cmul_s(cx<float> a) : re(_mm_set1_ps(a.re)), im(_mm_set_ps(a.im, -a.im, a.im, -a.im)) {}
-    __m128 operator()(__m128 x) const {
-        return _mm_add_ps(_mm_mul_ps(x, re), _mm_mul_ps(_mm_shuffle_ps(x, x, _MM_SHUFFLE(2, 3, 0, 1)), im));
-    }
-};
+// alpha*x for one or two complex values held as [re, im] (frame/simd/complex.h:
+// rounds exactly like re*xr - im*xi, re*xi + im*xr).
+using cmul_d = ork::simd::cscale<ork::simd::sse2<double>>;
+using cmul_s = ork::simd::cscale<ork::simd::sse2<float>>;
 
 }  // namespace
 
