@@ -10,6 +10,8 @@
 // rest of each generation's choices are in its tuning table (tuning.h).
 #pragma once
 
+#include <type_traits>
+
 #include "blas/gemm/tuning.h"
 #include "frame/types.h"
 #include "frame/vector.h"
@@ -20,9 +22,23 @@ template <class T> using shape = tuning<T>;
 
 inline idx round_up4(idx k) { return (k + 3) & ~idx(3); }
 
+// The panel widths cover every multiple of q: whatever is left after the
+// widest panels is one of each narrower width at most.
+template <class T> constexpr bool panels_cover() {
+    constexpr auto& pw = shape<T>::widths;
+    for (idx w = 0; w < pw[0]; w += shape<T>::q) {
+        idx left = w;
+        for (int k = 1; k < 3; ++k)
+            if (pw[k] < pw[k - 1] && left >= pw[k]) left -= pw[k];
+        if (left) return false;
+    }
+    return true;
+}
+
 // Calls f(c0, pw) for each panel of a w-column block (w a multiple of q).
 template <class T, class F>
 void for_each_panel(idx w, F f) {
+    static_assert(panels_cover<T>(), "the panel widths cover every multiple of q");
     constexpr auto& pw = shape<T>::widths;
     idx c0 = 0;
     for (; w - c0 >= pw[0]; c0 += pw[0]) f(c0, idx(pw[0]));
@@ -31,6 +47,18 @@ void for_each_panel(idx w, F f) {
             f(c0, idx(pw[k]));
             c0 += pw[k];
         }
+}
+
+// Calls f(c0, width) for each panel, the width as a compile-time constant
+// (std::integral_constant), for kernels specialised on it.
+template <class T, class F>
+void for_each_panel_fixed(idx w, F f) {
+    constexpr auto& wd = shape<T>::widths;
+    for_each_panel<T>(w, [&](idx c0, idx pw) {
+        if (pw == wd[0]) f(c0, std::integral_constant<int, wd[0]>{});
+        else if (pw == wd[1]) f(c0, std::integral_constant<int, wd[1]>{});
+        else f(c0, std::integral_constant<int, wd[2]>{});
+    });
 }
 
 // op letter of a flag: real types read anything but N as T; complex types

@@ -1,4 +1,8 @@
 # Level-1 kernels and their libork entries.
 list(APPEND ORK_KERNEL_SOURCES blas/level1/exports.cpp)
-list(APPEND ORK_SSE2_SOURCES blas/level1/sse2/inner.cpp)
+list(APPEND ORK_SSE2_SOURCES blas/level1/native/elementwise.cpp blas/level1/sse2/reductions.cpp)
+# The element-wise kernels over each generation's own vectors; the fixed-order
+# reductions are the baseline's code, built again under each generation's flags.
+list(APPEND ORK_AVX2_SOURCES blas/level1/native/elementwise.cpp blas/level1/sse2/reductions.cpp)
+list(APPEND ORK_AVX512_SOURCES blas/level1/native/elementwise.cpp blas/level1/sse2/reductions.cpp)
 list(APPEND ORK_CORE_SOURCES core/blas1.cpp)

@@ -32,7 +32,7 @@ template <> struct avx512<double> {
     static V bxor(V a, V b) { return _mm512_xor_pd(a, b); }
     static double first(V a) { return _mm512_cvtsd_f64(a); }
     static V rotate(V a) { return _mm512_permutexvar_pd(_mm512_setr_epi64(1, 2, 3, 4, 5, 6, 7, 0), a); }
-    static V swap_pairs(V a) { return _mm512_permute_pd(a, 0b01010101); }
+    static V swap_pairs(V a) { return _mm512_shuffle_pd(a, a, 0b01010101); }
 };
 
 template <> struct avx512<float> {
@@ -62,7 +62,7 @@ template <> struct avx512<float> {
     static V rotate(V a) {
         return _mm512_permutexvar_ps(_mm512_setr_epi32(1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 0), a);
     }
-    static V swap_pairs(V a) { return _mm512_permute_ps(a, _MM_SHUFFLE(2, 3, 0, 1)); }
+    static V swap_pairs(V a) { return _mm512_shuffle_ps(a, a, _MM_SHUFFLE(2, 3, 0, 1)); }
 };
 
 }  // namespace ork::simd

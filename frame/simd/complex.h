@@ -4,6 +4,12 @@
 
 #include "frame/types.h"
 
+// For functions whose scalar complex arithmetic (tails) is compiled under a
+// generation's FMA flags: GCC 12's loop vectoriser rewrites a loop of complex
+// products as fused multiply-adds (vfmaddsub) even with contraction off, so
+// such loops are left scalar.
+#define ORK_NO_LOOP_VECTORS __attribute__((optimize("no-tree-loop-vectorize")))
+
 namespace ork::simd {
 
 // Multiplication of every complex value in a vector by one scalar a:

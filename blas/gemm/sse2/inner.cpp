@@ -88,13 +88,8 @@ void panel(idx h, idx kkr_run, const T* pa, const T* pb, T* c, idx ldc, void* sc
 
 template <class T, int KFIX>
 void run(idx h, idx w, idx kkr, const T* pa, const T* pb, T* c, idx ldc, void* scratch) {
-    for_each_panel<T>(w, [&](idx c0, idx pw) {
-        const T* p = pb + c0 * kkr;
-        T* cc = c + c0 * ldc;
-        constexpr auto& wd = shape<T>::widths;
-        if (pw == wd[0]) panel<T, wd[0], KFIX>(h, kkr, pa, p, cc, ldc, scratch);
-        else if (pw == wd[1]) panel<T, wd[1], KFIX>(h, kkr, pa, p, cc, ldc, scratch);
-        else panel<T, wd[2], KFIX>(h, kkr, pa, p, cc, ldc, scratch);
+    for_each_panel_fixed<T>(w, [&](idx c0, auto pw) {
+        panel<T, decltype(pw)::value, KFIX>(h, kkr, pa, pb + c0 * kkr, c + c0 * ldc, ldc, scratch);
     });
 }
 

@@ -1,171 +1,18 @@
-// Level-1 inner kernels of the baseline generation, in SSE2 intrinsics.
-//
-// Every kernel here computes each output element with the same operations, in
-// the same order, as the generic scalar formula (complex products included), so
-// the elementwise kernels give the same bits whatever path they take. The
-// reductions keep several partial sums; their order is stated at each one.
+// Level-1 reduction kernels of the baseline generation, in SSE2 intrinsics:
+// dot, asum, i?amax and the sums of squares, whose orders are fixed. Later
+// generations build this same file under their flags (VEX encoding, no fused
+// multiply-add), so they give the baseline's bits.
 #include <emmintrin.h>
 
 #include <cstdint>
-#include <cstring>
 
 #include "blas/level1/inner.h"
 #include "blas/level1/ssq.h"
 #include "frame/sse2/simd.h"
 
 namespace ork::inner {
-namespace {
 
-using sse2::aligned16;
-using sse2::co_aligned;
 using sse2::simd;
-
-// alpha*x for one or two complex values held as [re, im] (frame/simd/complex.h:
-// rounds exactly like re*xr - im*xi, re*xi + im*xr).
-using cmul_d = ork::simd::cscale<ork::simd::sse2<double>>;
-using cmul_s = ork::simd::cscale<ork::simd::sse2<float>>;
-
-}  // namespace
-
-// ---- axpy: same address modulo 16 takes the leading elements up to 16-byte
-// alignment (one for doubles), then aligned vectors; otherwise unaligned
-// accesses. Four vectors per main step.
-template <class R, bool Aligned>
-idx axpy_vectors(idx i, idx n, R alpha, const R* x, R* y) {
-    using S = simd<R>;
-    using V = typename S::V;
-    constexpr idx L = S::lanes;
-    const V a = S::set1(alpha);
-    auto ld = [](const R* p) { return Aligned ? S::load(p) : S::loadu(p); };
-    auto st = [](R* p, V v) { Aligned ? S::store(p, v) : S::storeu(p, v); };
-    for (; i + 4 * L <= n; i += 4 * L) {
-        V v[4];
-        for (int k = 0; k < 4; ++k) v[k] = S::add(ld(y + i + k * L), S::mul(a, ld(x + i + k * L)));
-        for (int k = 0; k < 4; ++k) st(y + i + k * L, v[k]);
-    }
-    for (; i + L <= n; i += L) st(y + i, S::add(ld(y + i), S::mul(a, ld(x + i))));
-    return i;
-}
-
-template <class R>
-void axpy_real(idx n, R alpha, const R* x, R* y) {
-    idx i = 0;
-    if (co_aligned(x, y, sizeof(R))) {
-        for (; i < n && !aligned16(x + i); ++i) y[i] += alpha * x[i];
-        i = axpy_vectors<R, true>(i, n, alpha, x, y);
-    } else {
-        i = axpy_vectors<R, false>(i, n, alpha, x, y);
-    }
-    for (; i < n; ++i) y[i] += alpha * x[i];
-}
-
-void axpy(idx n, double alpha, const double* x, double* y) { axpy_real(n, alpha, x, y); }
-void axpy(idx n, float alpha, const float* x, float* y) { axpy_real(n, alpha, x, y); }
-
-void axpy(idx n, cx<double> alpha, const cx<double>* x, cx<double>* y) {
-    const cmul_d mul(alpha);
-    auto* xd = reinterpret_cast<const double*>(x);
-    auto* yd = reinterpret_cast<double*>(y);
-    idx i = 0;
-    for (; i + 2 <= n; i += 2) {
-        __m128d y0 = _mm_add_pd(_mm_loadu_pd(yd + 2 * i), mul(_mm_loadu_pd(xd + 2 * i)));
-        __m128d y1 = _mm_add_pd(_mm_loadu_pd(yd + 2 * i + 2), mul(_mm_loadu_pd(xd + 2 * i + 2)));
-        _mm_storeu_pd(yd + 2 * i, y0);
-        _mm_storeu_pd(yd + 2 * i + 2, y1);
-    }
-    if (i < n) _mm_storeu_pd(yd + 2 * i, _mm_add_pd(_mm_loadu_pd(yd + 2 * i), mul(_mm_loadu_pd(xd + 2 * i))));
-}
-
-void axpy(idx n, cx<float> alpha, const cx<float>* x, cx<float>* y) {
-    const cmul_s mul(alpha);
-    auto* xf = reinterpret_cast<const float*>(x);
-    auto* yf = reinterpret_cast<float*>(y);
-    idx i = 0;
-    for (; i + 4 <= n; i += 4) {
-        __m128 y0 = _mm_add_ps(_mm_loadu_ps(yf + 2 * i), mul(_mm_loadu_ps(xf + 2 * i)));
-        __m128 y1 = _mm_add_ps(_mm_loadu_ps(yf + 2 * i + 4), mul(_mm_loadu_ps(xf + 2 * i + 4)));
-        _mm_storeu_ps(yf + 2 * i, y0);
-        _mm_storeu_ps(yf + 2 * i + 4, y1);
-    }
-    for (; i < n; ++i) y[i] += alpha * x[i];
-}
-
-// ---- scal: leading elements up to 16-byte alignment, then aligned vectors.
-template <class R>
-void scal_real(idx n, R alpha, R* x) {
-    using S = simd<R>;
-    using V = typename S::V;
-    constexpr idx L = S::lanes;
-    const V a = S::set1(alpha);
-    idx i = 0;
-    if ((reinterpret_cast<std::uintptr_t>(x) & (sizeof(R) - 1)) == 0)
-        for (; i < n && !aligned16(x + i); ++i) x[i] *= alpha;
-    if (aligned16(x + i))
-        for (; i + 4 * L <= n; i += 4 * L)
-            for (int k = 0; k < 4; ++k) S::store(x + i + k * L, S::mul(a, S::load(x + i + k * L)));
-    for (; i + L <= n; i += L) S::storeu(x + i, S::mul(a, S::loadu(x + i)));
-    for (; i < n; ++i) x[i] *= alpha;
-}
-
-void scal(idx n, double alpha, double* x) { scal_real(n, alpha, x); }
-void scal(idx n, float alpha, float* x) { scal_real(n, alpha, x); }
-
-void scal(idx n, cx<double> alpha, cx<double>* x) {
-    const cmul_d mul(alpha);
-    auto* xd = reinterpret_cast<double*>(x);
-    for (idx i = 0; i < n; ++i) _mm_storeu_pd(xd + 2 * i, mul(_mm_loadu_pd(xd + 2 * i)));
-}
-
-void scal(idx n, cx<float> alpha, cx<float>* x) {
-    const cmul_s mul(alpha);
-    auto* xf = reinterpret_cast<float*>(x);
-    idx i = 0;
-    for (; i + 2 <= n; i += 2) _mm_storeu_ps(xf + 2 * i, mul(_mm_loadu_ps(xf + 2 * i)));
-    if (i < n) x[i] = alpha * x[i];
-}
-
-// ---- copy and swap, 64 bytes a step
-void copy_bytes(std::size_t bytes, const void* xv, void* yv) {
-    auto* x = static_cast<const char*>(xv);
-    auto* y = static_cast<char*>(yv);
-    std::size_t i = 0;
-    for (; i + 64 <= bytes; i += 64) {
-        __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(x + i));
-        __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(x + i + 16));
-        __m128i c = _mm_loadu_si128(reinterpret_cast<const __m128i*>(x + i + 32));
-        __m128i d = _mm_loadu_si128(reinterpret_cast<const __m128i*>(x + i + 48));
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(y + i), a);
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(y + i + 16), b);
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(y + i + 32), c);
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(y + i + 48), d);
-    }
-    for (; i + 16 <= bytes; i += 16)
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(y + i), _mm_loadu_si128(reinterpret_cast<const __m128i*>(x + i)));
-    for (; i + 4 <= bytes; i += 4) std::memcpy(y + i, x + i, 4);
-}
-
-void swap_bytes(std::size_t bytes, void* xv, void* yv) {
-    auto* x = static_cast<char*>(xv);
-    auto* y = static_cast<char*>(yv);
-    std::size_t i = 0;
-    for (; i + 32 <= bytes; i += 32) {
-        __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(x + i));
-        __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(x + i + 16));
-        __m128i c = _mm_loadu_si128(reinterpret_cast<const __m128i*>(y + i));
-        __m128i d = _mm_loadu_si128(reinterpret_cast<const __m128i*>(y + i + 16));
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(y + i), a);
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(y + i + 16), b);
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(x + i), c);
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(x + i + 16), d);
-    }
-    for (; i + 4 <= bytes; i += 4) {
-        std::uint32_t a, b;
-        std::memcpy(&a, x + i, 4);
-        std::memcpy(&b, y + i, 4);
-        std::memcpy(x + i, &b, 4);
-        std::memcpy(y + i, &a, 4);
-    }
-}
 
 // ---- dot. Double: sixteen partial sums s0..s15, element i going to
 // s(i mod 16) (eight vectors, enough to cover the add latency); they are
@@ -207,7 +54,7 @@ float dot(idx n, const float* x, const float* y) {
 
 // Complex: p accumulates [xr*yr, xi*yi] and q [xi*yr, xr*yi]; then
 // dotu = (p0 - p1, q0 + q1) and dotc = (p0 + p1, q1 - q0).
-cx<double> dot(idx n, const cx<double>* x, const cx<double>* y, bool conj_x) {
+ORK_NO_LOOP_VECTORS cx<double> dot(idx n, const cx<double>* x, const cx<double>* y, bool conj_x) {
     auto* xd = reinterpret_cast<const double*>(x);
     auto* yd = reinterpret_cast<const double*>(y);
     __m128d p0 = _mm_setzero_pd(), p1 = p0, q0 = p0, q1 = p0;
@@ -231,7 +78,7 @@ cx<double> dot(idx n, const cx<double>* x, const cx<double>* y, bool conj_x) {
     return conj_x ? cx<double>{pl + ph, qh - ql} : cx<double>{pl - ph, ql + qh};
 }
 
-cx<float> dot(idx n, const cx<float>* x, const cx<float>* y, bool conj_x) {
+ORK_NO_LOOP_VECTORS cx<float> dot(idx n, const cx<float>* x, const cx<float>* y, bool conj_x) {
     auto* xf = reinterpret_cast<const float*>(x);
     auto* yf = reinterpret_cast<const float*>(y);
     __m128 p0 = _mm_setzero_ps(), p1 = p0, q0 = p0, q1 = p0;

@@ -1,0 +1,86 @@
+// The inner kernel of the matrix-multiply engine for generations with fused
+// multiply-add, written once over a vector vocabulary (frame/simd/<gen>.h)
+// and instantiated under each such generation's flags (blas/gemm/avx2/).
+//
+// A block of C of tuning<T>::ra rows by one panel of packed B is held in
+// ra/(values per vector) x pw vector accumulators (two per column when
+// complex: the sums against re(b) and against im(b)). Per depth step the
+// kernel loads the group's A vectors once and broadcasts each B value of the
+// depth row straight from packed B, so no scratch copy is needed.
+//
+// Order of operations (free in this engine; within one generation every
+// piece computes it the same way, see kernel_sum in driver.h): each element
+// of C receives, per depth block, a sum from zero over increasing depth of
+// fused multiply-adds (alpha*a)*b + s, rounded once per step, added to C once
+// at the end of the block. Complex values keep the four real sums
+// re(a)re(b), im(a)re(b), re(a)im(b), im(a)im(b) so, combined as
+// (rr + -ii, ir + ri).
+#pragma once
+
+#include "blas/gemm/inner.h"
+#include "frame/simd/complex.h"
+
+namespace ork::gemm::fused_kernel {
+
+// One panel of PW columns against h rows (whole groups) of packed A. KFIX
+// fixes the depth at compile time (0: kkr at run time).
+template <class S, class T, int PW, int KFIX>
+void panel(idx h, idx kkr_run, const T* pa, const T* pb, T* c, idx ldc) {
+    using R = real_t<T>;
+    using V = typename S::V;
+    constexpr int cb = is_complex<T> ? 2 : 1;           // accumulators per column
+    constexpr int per_vec = S::lanes / cb;              // elements of T per vector
+    constexpr int ra = tuning<T>::ra, mv = ra / per_vec; // A vectors per depth step
+    static_assert(mv * per_vec == ra, "a group is whole vectors");
+    const idx kkr = KFIX ? KFIX : kkr_run;
+    const R* par = reinterpret_cast<const R*>(pa);
+    const R* pbr = reinterpret_cast<const R*>(pb);
+    for (idx g = 0; g < h / ra; ++g) {
+        V acc[mv][PW * cb];
+#pragma GCC unroll 24
+        for (int v = 0; v < PW * cb; ++v)
+#pragma GCC unroll 4
+            for (int m = 0; m < mv; ++m) acc[m][v] = S::zero();
+        const R* ap = par + g * ra * kkr * cb;
+        const R* bp = pbr;
+        T* cg = c + g * ra;
+#pragma GCC unroll 24
+        for (int col = 0; col < PW; ++col) __builtin_prefetch(cg + col * ldc, 1);
+#pragma GCC unroll 2
+        for (idx r = 0; r < kkr; ++r) {
+            V a[mv];
+#pragma GCC unroll 4
+            for (int m = 0; m < mv; ++m) a[m] = S::loadu(ap + m * S::lanes);
+#pragma GCC unroll 24
+            for (int v = 0; v < PW * cb; ++v) {
+                const V b = S::broadcast(bp + v);
+#pragma GCC unroll 4
+                for (int m = 0; m < mv; ++m) acc[m][v] = S::fma(a[m], b, acc[m][v]);
+            }
+            ap += ra * cb;
+            bp += PW * cb;
+        }
+#pragma GCC unroll 24
+        for (int col = 0; col < PW; ++col) {
+            R* cc = reinterpret_cast<R*>(cg + col * ldc);
+#pragma GCC unroll 4
+            for (int m = 0; m < mv; ++m) {
+                V sum;
+                if constexpr (cb == 2) sum = ork::simd::combine<S>(acc[m][2 * col], acc[m][2 * col + 1]);
+                else sum = acc[m][col];
+                R* p = cc + m * S::lanes;
+                S::storeu(p, S::add(S::loadu(p), sum));
+            }
+        }
+    }
+}
+
+// Every panel of a w-column block, each with the kernel of its width.
+template <class S, class T, int KFIX>
+void run(idx h, idx w, idx kkr, const T* pa, const T* pb, T* c, idx ldc) {
+    for_each_panel_fixed<T>(w, [&](idx c0, auto pw) {
+        panel<S, T, decltype(pw)::value, KFIX>(h, kkr, pa, pb + c0 * kkr, c + c0 * ldc, ldc);
+    });
+}
+
+}  // namespace ork::gemm::fused_kernel

@@ -1,0 +1,45 @@
+// The matrix-multiply engine's tuning for the AVX2 generation (with FMA):
+// register blocks, blocking, thresholds and workspace carving.
+//
+// Register blocks: 16 vector registers of 32 bytes, 12 of them accumulators,
+// the rest the group's A vectors and one broadcast B value. Blocking: packed
+// A (mb x kb) in the 1 MiB L2, one B panel (kb x widths[0]) in the L1.
+// First values 2026-11-25 on an AMD EPYC (Zen 4, 2 cores of a KVM guest),
+// to be confirmed with bench/gemm_bench.cpp (python3 bench/compare.py gemm,
+// ORK_KERNEL_LIBRARY=.../libork_avx2.so); bench/results/gemm_avx.md.
+// Field meanings: tuning_sse2.h. No scratch: B values are broadcast from
+// packed B itself.
+#pragma once
+
+#include "blas/gemm/tuning_paged.h"
+
+namespace ork::gemm {
+
+template <class T> struct tuning;
+
+// 8 x 6: two vectors of four rows, six columns.
+template <> struct tuning<double> : paged_workspace {
+    static constexpr int ra = 8, q = 2, widths[3] = {6, 4, 2};
+    static constexpr idx kb = 256, mb = 192, nb = 4096, small_below = 2;
+    // no taller row blocks for shallow products
+    static constexpr idx shallow_sum = idx(1) << 62, shallow_depth[3] = {0, 0, 0}, shallow_rows[4] = {mb, mb, mb, mb};
+};
+
+// 16 x 6: two vectors of eight rows, six columns; depth blocks short first.
+template <> struct tuning<float> : paged_workspace {
+    static constexpr int ra = 16, q = 2, widths[3] = {6, 4, 2};
+    static constexpr idx kb = 384, mb = 192, nb = 4096, small_below = 8;
+    static constexpr idx ws_a_gap = 1024, ws_scratch_at = 256, ws_b_gap = 512, ws_extra = 8192;
+};
+
+// 4 x 3 (double) and 8 x 3 (single): two vectors of complex values, three
+// columns, two accumulators per column.
+template <class R> struct complex_tuning : paged_workspace {
+    static constexpr int ra = 2 * 32 / int(2 * sizeof(R)), q = 1, widths[3] = {3, 2, 1};
+    static constexpr idx kb = 256, mb = 96, nb = 2048, small_below = 2;
+    static constexpr idx ws_scratch_at = 128, ws_extra = 12288;
+};
+template <> struct tuning<cx<double>> : complex_tuning<double> {};
+template <> struct tuning<cx<float>> : complex_tuning<float> {};
+
+}  // namespace ork::gemm

@@ -1,0 +1,41 @@
+// The matrix-multiply engine's tuning for the AVX-512 generation: register
+// blocks, blocking, thresholds and workspace carving.
+//
+// Register blocks: 32 vector registers of 64 bytes, 24 of them accumulators.
+// First values 2026-11-25 on an AMD EPYC (Zen 4, 2 cores of a KVM guest),
+// to be confirmed with bench/gemm_bench.cpp (python3 bench/compare.py gemm,
+// ORK_KERNEL_LIBRARY=.../libork_avx512.so); bench/results/gemm_avx.md.
+// Field meanings: tuning_sse2.h; workspace carving as in tuning_avx2.h.
+#pragma once
+
+#include "blas/gemm/tuning_paged.h"
+
+namespace ork::gemm {
+
+template <class T> struct tuning;
+
+// 16 x 12: two vectors of eight rows, twelve columns.
+template <> struct tuning<double> : paged_workspace {
+    static constexpr int ra = 16, q = 4, widths[3] = {12, 8, 4};
+    static constexpr idx kb = 256, mb = 192, nb = 4096, small_below = 2;
+    static constexpr idx shallow_sum = idx(1) << 62, shallow_depth[3] = {0, 0, 0}, shallow_rows[4] = {mb, mb, mb, mb};
+};
+
+// 32 x 12: two vectors of sixteen rows, twelve columns.
+template <> struct tuning<float> : paged_workspace {
+    static constexpr int ra = 32, q = 4, widths[3] = {12, 8, 4};
+    static constexpr idx kb = 384, mb = 192, nb = 4096, small_below = 8;
+    static constexpr idx ws_a_gap = 1024, ws_scratch_at = 256, ws_b_gap = 512, ws_extra = 8192;
+};
+
+// 8 x 6 (double) and 16 x 6 (single): two vectors of complex values, six
+// columns, two accumulators per column.
+template <class R> struct complex_tuning : paged_workspace {
+    static constexpr int ra = 2 * 64 / int(2 * sizeof(R)), q = 2, widths[3] = {6, 4, 2};
+    static constexpr idx kb = 256, mb = 96, nb = 2048, small_below = 2;
+    static constexpr idx ws_scratch_at = 128, ws_extra = 12288;
+};
+template <> struct tuning<cx<double>> : complex_tuning<double> {};
+template <> struct tuning<cx<float>> : complex_tuning<float> {};
+
+}  // namespace ork::gemm

@@ -1,0 +1,18 @@
+// The workspace carving shared by the generations whose kernels keep no
+// scratch copy of B (tuning_avx2.h, tuning_avx512.h).
+#pragma once
+
+#include "frame/types.h"
+
+namespace ork::gemm {
+
+// Each plan's regions as the baseline carves them (tuning_sse2.h), with no
+// kernel scratch; and sums fused.
+struct paged_workspace {
+    static constexpr idx scratch = 0;
+    static constexpr bool fused = true;
+    // double plan
+    static constexpr idx ws_a_gap = 8704, ws_scratch_at = 640, ws_b_at = 768, ws_extra = 18176;
+};
+
+}  // namespace ork::gemm
