@@ -210,39 +210,62 @@ template <class R> struct kernel_sum<cx<R>> {
     T value() const { return {rr + -ii, ir + ri}; }
 };
 
+inline constexpr idx sum_rows = 256;  // elements of C summed side by side
+
+// C(i, j) += the sum over l of sa(i, l)*op(B)(l, j) for i < h, j < n, with
+// sa the h x kk chunk of alpha*op(A) (column-major, ld h) and b at op(B)'s
+// first row of the depth block: each sum from zero in increasing depth in the
+// kernel's arithmetic, four depths per pass over contiguous columns of sa.
+// Compiled for the fused multiply-add of the generation's kernels where they
+// fuse (ORK_GEMM_SUMS, tuning.h), so that the sums vectorise.
+template <class T>
+ORK_GEMM_SUMS void add_chunk_sums(char tb, idx h, idx kk, idx n, const T* sa, const T* b, idx ldb, T* c, idx ldc) {
+    for (idx j = 0; j < n; ++j) {
+        kernel_sum<T> acc[sum_rows];  // only the h in use are cleared
+        for (idx i = 0; i < h; ++i) acc[i] = kernel_sum<T>{};
+        idx l = 0;
+        for (; l + 4 <= kk; l += 4) {
+            const T b0 = op_at(tb, b, ldb, l, j), b1 = op_at(tb, b, ldb, l + 1, j), b2 = op_at(tb, b, ldb, l + 2, j),
+                    b3 = op_at(tb, b, ldb, l + 3, j);
+            const T* a0 = sa + l * h;
+            for (idx i = 0; i < h; ++i) {
+                kernel_sum<T> s = acc[i];
+                s.add(a0[i], b0);
+                s.add(a0[i + h], b1);
+                s.add(a0[i + 2 * h], b2);
+                s.add(a0[i + 3 * h], b3);
+                acc[i] = s;
+            }
+        }
+        for (; l < kk; ++l) {
+            const T bv = op_at(tb, b, ldb, l, j);
+            for (idx i = 0; i < h; ++i) acc[i].add(sa[i + l * h], bv);
+        }
+        T* cj = c + j * ldc;
+        for (idx i = 0; i < h; ++i) cj[i] = cj[i] + acc[i].value();
+    }
+}
+
+// C += alpha*op(A)*op(B) with each element's operations those of the packed
+// kernel: per chunk of rows and depth block, alpha*op(A) rounded as the
+// packer rounds it, then the block's sums added to C in increasing depth.
 template <class T, class E>
 void in_kernel_order(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, idx lda, const T* b, idx ldb, T* c,
                      idx ldc) {
-    constexpr idx rows = 256;  // elements summed side by side
-    for (idx j = 0; j < n; ++j)
-        for (idx i0 = 0; i0 < m; i0 += rows) {
-            const idx h = m - i0 < rows ? m - i0 : rows;
-            T* cj = c + i0 + j * ldc;
-            E::depth_blocks(k, [&](idx k0, idx kk) {
-                kernel_sum<T> acc[rows];  // only the h in use are cleared
-                for (idx i = 0; i < h; ++i) acc[i] = kernel_sum<T>{};
-                idx l = k0;
-                if (ta == 'N')  // columns of A: contiguous, vectorised, four depths per pass
-                    for (; l + 4 <= k0 + kk; l += 4) {
-                        const T b0 = op_at(tb, b, ldb, l, j), b1 = op_at(tb, b, ldb, l + 1, j),
-                                b2 = op_at(tb, b, ldb, l + 2, j), b3 = op_at(tb, b, ldb, l + 3, j);
-                        const T* a0 = a + i0 + l * lda;
-                        for (idx i = 0; i < h; ++i) {
-                            kernel_sum<T> s = acc[i];
-                            s.add(alpha * a0[i], b0);
-                            s.add(alpha * a0[i + lda], b1);
-                            s.add(alpha * a0[i + 2 * lda], b2);
-                            s.add(alpha * a0[i + 3 * lda], b3);
-                            acc[i] = s;
-                        }
-                    }
-                for (; l < k0 + kk; ++l) {
-                    const T bv = op_at(tb, b, ldb, l, j);
-                    for (idx i = 0; i < h; ++i) acc[i].add(alpha * op_at(ta, a, lda, i0 + i, l), bv);
-                }
-                for (idx i = 0; i < h; ++i) cj[i] = cj[i] + acc[i].value();
-            });
-        }
+    if (m < 1 || n < 1 || k < 1) return;
+    idx deepest = 0;
+    E::depth_blocks(k, [&](idx, idx kk) { deepest = kk > deepest ? kk : deepest; });
+    const idx rows = m < sum_rows ? m : sum_rows;
+    T* sa = static_cast<T*>(ork_serv_allocate(std::size_t(rows * deepest) * sizeof(T), 64));
+    for (idx i0 = 0; i0 < m; i0 += sum_rows) {
+        const idx h = m - i0 < sum_rows ? m - i0 : sum_rows;
+        E::depth_blocks(k, [&](idx k0, idx kk) {
+            for (idx l = 0; l < kk; ++l)
+                for (idx i = 0; i < h; ++i) sa[i + l * h] = alpha * op_at(ta, a, lda, i0 + i, k0 + l);
+            add_chunk_sums(tb, h, kk, n, sa, op_ptr(tb, b, ldb, k0, idx(0)), ldb, c + i0, ldc);
+        });
+    }
+    ork_serv_deallocate(sa);
 }
 
 // C += alpha*op(A)*op(B) by the blocked nest, column blocks outermost; C has

@@ -4,6 +4,10 @@
 
 #include "frame/types.h"
 
+// The attribute of the generic code that sums in the kernels' arithmetic
+// (driver.h, add_chunk_sums): fused multiply-add enabled, as the kernels use it.
+#define ORK_GEMM_SUMS __attribute__((target("fma")))
+
 namespace ork::gemm {
 
 // Each plan's regions as the baseline carves them (tuning_sse2.h), with no

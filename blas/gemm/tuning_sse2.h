@@ -11,6 +11,10 @@
 
 #include "frame/types.h"
 
+// The attribute of the generic code that sums in the kernels' arithmetic
+// (driver.h, add_chunk_sums): none: no fused multiply-add here.
+#define ORK_GEMM_SUMS
+
 namespace ork::gemm {
 
 template <class T> struct tuning;
