@@ -4,9 +4,12 @@
 // Register blocks: 16 vector registers of 32 bytes, 12 of them accumulators,
 // the rest the group's A vectors and one broadcast B value. Blocking: packed
 // A (mb x kb) in the 1 MiB L2, one B panel (kb x widths[0]) in the L1.
-// First values 2026-11-25 on an AMD EPYC (Zen 4, 2 cores of a KVM guest),
-// to be confirmed with bench/gemm_bench.cpp (python3 bench/compare.py gemm,
-// ORK_KERNEL_LIBRARY=.../libork_avx2.so); bench/results/gemm_avx.md.
+// Chosen 2026-11-25 on an AMD EPYC (Zen 4: 32 KiB L1d, 1 MiB L2; two cores
+// of a KVM guest) from the cache sizes, not by a sweep, and measured once,
+// under heavy load, against OpenBLAS with bench/gemm_bench.cpp
+// (ORK_KERNEL_LIBRARY=.../libork_avx2.so python3 bench/compare.py gemm):
+// bench/results/gemm_avx.md. A sweep on a quiet machine should revisit kb
+// and mb.
 // Field meanings: tuning_sse2.h. No scratch: B values are broadcast from
 // packed B itself.
 #pragma once

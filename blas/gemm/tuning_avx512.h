@@ -2,9 +2,12 @@
 // blocks, blocking, thresholds and workspace carving.
 //
 // Register blocks: 32 vector registers of 64 bytes, 24 of them accumulators.
-// First values 2026-11-25 on an AMD EPYC (Zen 4, 2 cores of a KVM guest),
-// to be confirmed with bench/gemm_bench.cpp (python3 bench/compare.py gemm,
-// ORK_KERNEL_LIBRARY=.../libork_avx512.so); bench/results/gemm_avx.md.
+// Chosen 2026-11-25 on an AMD EPYC (Zen 4: 32 KiB L1d, 1 MiB L2; two cores
+// of a KVM guest) from the cache sizes, not by a sweep, and measured once,
+// under heavy load, against OpenBLAS with bench/gemm_bench.cpp
+// (ORK_KERNEL_LIBRARY=.../libork_avx512.so python3 bench/compare.py gemm):
+// bench/results/gemm_avx.md. A sweep on a quiet machine should revisit kb
+// and mb.
 // Field meanings: tuning_sse2.h; workspace carving as in tuning_avx2.h.
 #pragma once
 
