@@ -18,7 +18,6 @@
 #pragma once
 
 #include "blas/gemm/inner.h"
-#include "frame/simd/complex.h"
 
 namespace ork::gemm::fused_kernel {
 
@@ -60,18 +59,7 @@ void panel(idx h, idx kkr_run, const T* pa, const T* pb, T* c, idx ldc) {
             ap += ra * cb;
             bp += PW * cb;
         }
-#pragma GCC unroll 24
-        for (int col = 0; col < PW; ++col) {
-            R* cc = reinterpret_cast<R*>(cg + col * ldc);
-#pragma GCC unroll 4
-            for (int m = 0; m < mv; ++m) {
-                V sum;
-                if constexpr (cb == 2) sum = ork::simd::combine<S>(acc[m][2 * col], acc[m][2 * col + 1]);
-                else sum = acc[m][col];
-                R* p = cc + m * S::lanes;
-                S::storeu(p, S::add(S::loadu(p), sum));
-            }
-        }
+        inner::add_block<S, T, PW, mv>(acc, cg, ldc, false);
     }
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "blas/gemm/shape.h"
+#include "frame/simd/complex.h"
 
 namespace ork::gemm::inner {
 
@@ -24,6 +25,29 @@ void multiply_128(idx h, idx w, const double* pa, const double* pb, double* c, i
 void multiply_128(idx h, idx w, const float* pa, const float* pb, float* c, idx ldc, void* scratch);
 void multiply_128(idx h, idx w, const cx<double>* pa, const cx<double>* pb, cx<double>* c, idx ldc, void* scratch);
 void multiply_128(idx h, idx w, const cx<float>* pa, const cx<float>* pb, cx<float>* c, idx ldc, void* scratch);
+
+// Wrap-up of a register block: C(0 .. MV*lanes/cb - 1, 0 .. PW-1) += the
+// accumulators, one vector of rows per acc[m][column] (for complex types two,
+// the sums against re(b) and im(b), combined first); aligned accesses when
+// the caller knows every column of the block is vector-aligned.
+template <class S, class T, int PW, int MV, class V>
+__attribute__((always_inline)) inline void add_block(const V (&acc)[MV][PW * (is_complex<T> ? 2 : 1)], T* cg,
+                                                     idx ldc, bool aligned) {
+    using R = real_t<T>;
+#pragma GCC unroll 24
+    for (int col = 0; col < PW; ++col) {
+        R* cc = reinterpret_cast<R*>(cg + col * ldc);
+#pragma GCC unroll 4
+        for (int m = 0; m < MV; ++m) {
+            V sum;
+            if constexpr (is_complex<T>) sum = ork::simd::combine<S>(acc[m][2 * col], acc[m][2 * col + 1]);
+            else sum = acc[m][col];
+            R* p = cc + m * S::lanes;
+            if (aligned) S::store(p, S::add(S::load(p), sum));
+            else S::storeu(p, S::add(S::loadu(p), sum));
+        }
+    }
+}
 
 // The kernel for a block of depth kkr: the fixed-depth form at 128.
 template <class T>

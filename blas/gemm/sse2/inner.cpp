@@ -12,7 +12,6 @@
 #include <cstdint>
 
 #include "blas/gemm/inner.h"
-#include "frame/simd/complex.h"
 #include "frame/simd/sse2.h"
 
 namespace ork::gemm::inner {
@@ -70,19 +69,7 @@ void panel(idx h, idx kkr_run, const T* pa, const T* pb, T* c, idx ldc, void* sc
         }
         // wrap-up: add the block into C, column by column
         const bool aligned = (reinterpret_cast<std::uintptr_t>(cg) & 15) == 0 && (ldc * sizeof(T)) % 16 == 0;
-#pragma GCC unroll 12
-        for (int col = 0; col < PW; ++col) {
-            R* cc = reinterpret_cast<R*>(cg + col * ldc);
-#pragma GCC unroll 3
-            for (int m = 0; m < mv; ++m) {
-                V sum;
-                if constexpr (cb == 2) sum = ork::simd::combine<S>(acc[m][2 * col], acc[m][2 * col + 1]);
-                else sum = acc[m][col];
-                R* p = cc + m * S::lanes;
-                if (aligned) S::store(p, S::add(S::load(p), sum));
-                else S::storeu(p, S::add(S::loadu(p), sum));
-            }
-        }
+        add_block<S, T, PW, mv>(acc, cg, ldc, aligned);
     }
 }
 
