@@ -249,14 +249,20 @@ ORK_GEMM_SUMS void add_chunk_sums(char tb, idx h, idx kk, idx n, const T* sa, co
 // C += alpha*op(A)*op(B) with each element's operations those of the packed
 // kernel: per chunk of rows and depth block, alpha*op(A) rounded as the
 // packer rounds it, then the block's sums added to C in increasing depth.
-template <class T, class E>
-void in_kernel_order(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, idx lda, const T* b, idx ldb, T* c,
-                     idx ldc) {
-    if (m < 1 || n < 1 || k < 1) return;
+// The scaled rows of A for in_kernel_order: rows x the deepest depth block.
+template <class T, class E> std::size_t kernel_order_elements(idx m, idx k) {
     idx deepest = 0;
     E::depth_blocks(k, [&](idx, idx kk) { deepest = kk > deepest ? kk : deepest; });
-    const idx rows = m < sum_rows ? m : sum_rows;
-    T* sa = static_cast<T*>(ork_serv_allocate(std::size_t(rows * deepest) * sizeof(T), 64));
+    return std::size_t((m < sum_rows ? m : sum_rows) * deepest);
+}
+
+// `sa`: room for kernel_order_elements(m, k) values, or null to take it here.
+template <class T, class E>
+void in_kernel_order(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, idx lda, const T* b, idx ldb, T* c,
+                     idx ldc, T* sa = nullptr) {
+    if (m < 1 || n < 1 || k < 1) return;
+    const bool own = !sa;
+    if (own) sa = static_cast<T*>(ork_serv_allocate(kernel_order_elements<T, E>(m, k) * sizeof(T), 64));
     for (idx i0 = 0; i0 < m; i0 += sum_rows) {
         const idx h = m - i0 < sum_rows ? m - i0 : sum_rows;
         E::depth_blocks(k, [&](idx k0, idx kk) {
@@ -265,7 +271,7 @@ void in_kernel_order(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a,
             add_chunk_sums(tb, h, kk, n, sa, op_ptr(tb, b, ldb, k0, idx(0)), ldb, c + i0, ldc);
         });
     }
-    ork_serv_deallocate(sa);
+    if (own) ork_serv_deallocate(sa);
 }
 
 // C += alpha*op(A)*op(B) by the blocked nest, column blocks outermost; C has
@@ -340,15 +346,26 @@ void accumulate_uniform(char ta, char tb, idx m, idx n, idx k, T alpha, const T*
     if (m < E::small_below || n < E::small_below || k < E::small_below)
         return in_kernel_order<T, E>(ta, tb, m, n, k, alpha, a, lda, b, ldb, c, ldc);
     const idx np = n - n % shape<T>::q, mp = m - m % shape<T>::ra;
-    if (mp >= E::small_below && np >= E::small_below) {
+    // The leftovers' workspace is taken before anything is written to C, so
+    // that a caller who runs this where running out of memory leaves the
+    // call early finds C as it gave it (the packed path takes its own first
+    // thing too).
+    const bool packed = mp >= E::small_below && np >= E::small_below;
+    T* sa = nullptr;
+    if ((!packed || mp < m || np < n) && k > 0)
+        sa = static_cast<T*>(ork_serv_allocate(kernel_order_elements<T, E>(m, k) * sizeof(T), 64));
+    if (packed) {
         if (RowsOuter) accumulate_rows_outer<T, E>(ta, tb, mp, np, k, alpha, a, lda, b, ldb, c, ldc);
         else accumulate<T, E>(ta, tb, mp, np, k, alpha, a, lda, b, ldb, c, ldc);
     } else {
-        in_kernel_order<T, E>(ta, tb, mp, np, k, alpha, a, lda, b, ldb, c, ldc);
+        in_kernel_order<T, E>(ta, tb, mp, np, k, alpha, a, lda, b, ldb, c, ldc, sa);
     }
-    if (mp < m) in_kernel_order<T, E>(ta, tb, m - mp, np, k, alpha, op_ptr(ta, a, lda, mp, idx(0)), lda, b, ldb, c + mp, ldc);
+    if (mp < m)
+        in_kernel_order<T, E>(ta, tb, m - mp, np, k, alpha, op_ptr(ta, a, lda, mp, idx(0)), lda, b, ldb, c + mp, ldc, sa);
     if (np < n)
-        in_kernel_order<T, E>(ta, tb, m, n - np, k, alpha, a, lda, op_ptr(tb, b, ldb, idx(0), np), ldb, c + np * ldc, ldc);
+        in_kernel_order<T, E>(ta, tb, m, n - np, k, alpha, a, lda, op_ptr(tb, b, ldb, idx(0), np), ldb, c + np * ldc,
+                              ldc, sa);
+    if (sa) ork_serv_deallocate(sa);
 }
 
 // The whole call after the processor test: quick return, one beta pass
