@@ -56,8 +56,6 @@ namespace ork::core {
     X(ork_blas_sgthrz) X(ork_blas_dgthrz) X(ork_blas_cgthrz) X(ork_blas_zgthrz)               \
     X(ork_blas_ssctr) X(ork_blas_dsctr) X(ork_blas_csctr) X(ork_blas_zsctr)                   \
     X(ork_blas_sroti) X(ork_blas_droti)                                                       \
-    X(ork_blas_xsgemv) X(ork_blas_xdgemv) X(ork_blas_xcgemv) X(ork_blas_xzgemv)               \
-    X(ork_blas_xssyr) X(ork_blas_xdsyr)                                                       \
     X(ork_blas_xsgemm) X(ork_blas_xdgemm) X(ork_blas_xcgemm) X(ork_blas_xzgemm)               \
     X(ork_blas_sgemm_scalm) X(ork_blas_dgemm_scalm) X(ork_blas_cgemm_scalm) X(ork_blas_zgemm_scalm) \
     X(ork_blas_cgemm_zerom) X(ork_blas_zgemm_zerom)                                           \

@@ -82,8 +82,8 @@ COMPLEX_RETURN = {"ork_complex8": "ork_fcomplex8", "ork_complex16": "ork_fcomple
 def prototypes():
     protos = {}
     pat = re.compile(r"^(\w+)\s+ork_blas_(\w+)\((.*)\);", re.M)
-    for h in ["blas.h", "blas_level2.h", "blas_level3.h"]:
-        for ret, name, params in pat.findall((ROOT / "include/ork" / h).read_text()):
+    for h in sorted((ROOT / "include/ork").glob("*.h")):  # the family tables' headers among them
+        for ret, name, params in pat.findall(h.read_text()):
             args = []
             for p in params.split(","):
                 m = re.match(r"\s*(.*?)\s*\*?\s*(\w+)\s*$", p)

@@ -10,6 +10,7 @@
 #define ORK_BLAS_H
 
 #include "ork/types.h"
+#include "ork/level2.h"
 
 ORK_BEGIN_C
 
@@ -128,15 +129,7 @@ void ork_blas_zsctr(const ork_int *nz, const ork_complex16 *x, const ork_int *in
 void ork_blas_sroti(const ork_int *nz, float *x, const ork_int *indx, float *y, const float *c, const float *s);
 void ork_blas_droti(const ork_int *nz, double *x, const ork_int *indx, double *y, const double *c, const double *s);
 
-/* ---- level 2 entries the kernels call back ---- */
-/* y := alpha*op(A)*x + beta*y, op by the first letter of trans: N, T or C */
-void ork_blas_sgemv(const char *trans, const ork_int *m, const ork_int *n, const float *alpha, const float *a, const ork_int *lda, const float *x, const ork_int *incx, const float *beta, float *y, const ork_int *incy);
-void ork_blas_dgemv(const char *trans, const ork_int *m, const ork_int *n, const double *alpha, const double *a, const ork_int *lda, const double *x, const ork_int *incx, const double *beta, double *y, const ork_int *incy);
-void ork_blas_cgemv(const char *trans, const ork_int *m, const ork_int *n, const ork_complex8 *alpha, const ork_complex8 *a, const ork_int *lda, const ork_complex8 *x, const ork_int *incx, const ork_complex8 *beta, ork_complex8 *y, const ork_int *incy);
-void ork_blas_zgemv(const char *trans, const ork_int *m, const ork_int *n, const ork_complex16 *alpha, const ork_complex16 *a, const ork_int *lda, const ork_complex16 *x, const ork_int *incx, const ork_complex16 *beta, ork_complex16 *y, const ork_int *incy);
-/* A := alpha*x*x' + A over the triangle named by uplo (U or L) */
-void ork_blas_ssyr(const char *uplo, const ork_int *n, const float *alpha, const float *x, const ork_int *incx, float *a, const ork_int *lda);
-void ork_blas_dsyr(const char *uplo, const ork_int *n, const double *alpha, const double *x, const ork_int *incx, double *a, const ork_int *lda);
+/* ---- level 2: ork/level2.h ---- */
 
 /* ---- level 3: C := alpha*op(A)*op(B) + beta*C, op by the first letter of
  * transa and transb: N, T or C (C conjugates; for real types T and C agree).

@@ -34,14 +34,6 @@ void ork_blas_xzdrot(const ork_int *n, ork_complex16 *x, const ork_int *incx, or
 void ork_blas_xcrot(const ork_int *n, ork_complex8 *x, const ork_int *incx, ork_complex8 *y, const ork_int *incy, const float *c, const ork_complex8 *s);
 void ork_blas_xzrot(const ork_int *n, ork_complex16 *x, const ork_int *incx, ork_complex16 *y, const ork_int *incy, const double *c, const ork_complex16 *s);
 
-/* ---- main entries of level 2 ---- */
-void ork_blas_xsgemv(const char *trans, const ork_int *m, const ork_int *n, const float *alpha, const float *a, const ork_int *lda, const float *x, const ork_int *incx, const float *beta, float *y, const ork_int *incy);
-void ork_blas_xdgemv(const char *trans, const ork_int *m, const ork_int *n, const double *alpha, const double *a, const ork_int *lda, const double *x, const ork_int *incx, const double *beta, double *y, const ork_int *incy);
-void ork_blas_xcgemv(const char *trans, const ork_int *m, const ork_int *n, const ork_complex8 *alpha, const ork_complex8 *a, const ork_int *lda, const ork_complex8 *x, const ork_int *incx, const ork_complex8 *beta, ork_complex8 *y, const ork_int *incy);
-void ork_blas_xzgemv(const char *trans, const ork_int *m, const ork_int *n, const ork_complex16 *alpha, const ork_complex16 *a, const ork_int *lda, const ork_complex16 *x, const ork_int *incx, const ork_complex16 *beta, ork_complex16 *y, const ork_int *incy);
-void ork_blas_xssyr(const char *uplo, const ork_int *n, const float *alpha, const float *x, const ork_int *incx, float *a, const ork_int *lda);
-void ork_blas_xdsyr(const char *uplo, const ork_int *n, const double *alpha, const double *x, const ork_int *incx, double *a, const ork_int *lda);
-
 /* ---- 32-bit integer wrappers: widen n and the increments, then call the
  * ork_blas_ name of the same routine through the dynamic symbol ---- */
 void ork_blas_lp64_saxpy(const ork_int32 *n, const float *alpha, const float *x, const ork_int32 *incx, float *y, const ork_int32 *incy);

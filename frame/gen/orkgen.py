@@ -1,0 +1,433 @@
+#!/usr/bin/env python3
+"""Writes every export family's files from its table, or checks that they are current.
+
+A family is declared once, in a table beside its area (TABLES below lists
+them). Each routine of a table names its arguments by role (a flag with its
+letters, a dimension, a scalar, an array, a leading dimension, an increment,
+a packed triangle); from the roles the generator writes
+
+  the public header      the prototypes of libork's checked entries
+  the kernel header      the prototypes of the kernel library's other names
+  the kernel shims       one flat C-linkage function per kernel export, which
+                         unwraps its by-address arguments and calls a template
+  the checked entries    libork's entries: the argument tests in argument
+                         order with the positions counted here, the quick
+                         return, the address-range tests, then a hand-written
+                         body that gets the kernel of the loaded library
+  the loader binding     the X-list of kernel names libork looks up
+  the export lists       exports/baseline/<family>.txt, exports/libork/<family>.txt
+  the test manifest      tests/manifest/<family>.txt: every name with its roles;
+                         tests/frame/check_tested.py fails for a name no test uses
+
+A planned family (one whose kernels are still to be written) is expanded and
+counted but writes nothing yet.
+
+  python3 frame/gen/orkgen.py            write every generated file
+  python3 frame/gen/orkgen.py --check    fail (listing them) if any is stale
+  python3 frame/gen/orkgen.py --list F   print the names of family F
+"""
+import argparse
+import importlib.util
+import pathlib
+import sys
+from dataclasses import dataclass, field
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+
+# The tables, in the order their families appear in shared files.
+TABLES = [
+    "blas/level2/table.py",
+    "spblas/table.py",
+    "xblas/table.py",
+]
+
+
+# ---------------------------------------------------------------- element types
+@dataclass(frozen=True)
+class Type:
+    letter: str  # the BLAS prefix letter
+    c: str  # the C type of the public headers
+    real: str  # the C type of its real part
+
+    @property
+    def complex(self):
+        return self.c != self.real
+
+
+S = Type("s", "float", "float")
+D = Type("d", "double", "double")
+C = Type("c", "ork_complex8", "float")
+Z = Type("z", "ork_complex16", "double")
+SD, CZ, SDCZ = (S, D), (C, Z), (S, D, C, Z)
+INT = "ork_int"
+
+
+# ---------------------------------------------------------------- argument roles
+@dataclass
+class Arg:
+    """One argument of a routine. `kind` is its role; the role decides its C
+    declaration, its test in the checked entry, how a kernel shim unwraps it
+    and its word in the manifest."""
+
+    name: str
+    kind: str
+    ctype: str = INT
+    out: bool = False
+    letters: str = ""  # flag
+    least: str = ""  # ld: the smallest leading dimension
+    needed: str = ""  # array: null is bad when this holds
+    fits: tuple = ()  # (element C type, count expr[, rows expr]) of the address-range test
+    report: str = ""  # name of the argument whose position a range failure reports
+    by_value: bool = False  # a C-form argument taken by value
+
+    def decl(self):
+        if self.kind == "flag":
+            return f"const char *{self.name}"
+        const = "" if self.out else "const "
+        if self.by_value:
+            return f"{self.ctype} {self.name}"
+        return f"{const}{self.ctype} *{self.name}"
+
+    def unwrap(self):
+        """The argument as the kernel templates take it."""
+        if self.by_value:
+            return self.name
+        if self.kind == "flag":
+            return f"flag({self.name})"
+        if self.kind in ("dim", "ld", "inc", "index"):
+            return f"*{self.name}"
+        if self.kind == "scalar":
+            return f"*as_elem({self.name})"
+        return f"as_elem({self.name})"  # array, packed, result
+
+    def test(self):
+        """The C++ condition under which the argument is bad (phase one)."""
+        n = self.name
+        if self.kind == "flag":
+            return f'!check::flag({n}, "{self.letters}")'
+        if self.kind == "dim":
+            return f"!check::dim({n})"
+        if self.kind == "inc":
+            return f"!check::inc({n})"
+        if self.kind == "ld":
+            return f"!check::ld({n}, {self.least})"
+        if self.kind == "scalar":
+            return f"!{n}"
+        if self.kind in ("array", "packed") and self.needed:
+            return f"!{n} && ({self.needed})"
+        return None
+
+    def range_test(self):
+        """The address-range condition (phase two, after the quick return)."""
+        if not self.fits:
+            return None
+        t = self.fits[0]
+        if self.kind == "inc":
+            return f"!ork::core::vector_fits<{t}>({self.fits[1]}, *{self.name})"
+        if self.kind == "ld":
+            return f"!ork::core::matrix_fits<{t}>({self.fits[1]}, {self.fits[2]}, *{self.name})"
+        if self.kind == "packed":
+            return f"!ork::core::packed_fits<{t}>({self.fits[1]})"
+        raise ValueError(f"{self.name}: no range test for role {self.kind}")
+
+    def word(self):
+        w = self.kind
+        if self.kind == "flag":
+            w += ":" + self.letters
+        if self.out:
+            w += "!"
+        return w
+
+
+def flag(name, letters):
+    """A character flag read by its first letter, one of `letters`."""
+    return Arg(name, "flag", letters=letters)
+
+
+def dim(name):
+    """A dimension (count of rows, columns, elements): at least 0."""
+    return Arg(name, "dim")
+
+
+def index(name):
+    """An integer the kernel takes as given (a 1-based position, a count of
+    pieces): no test."""
+    return Arg(name, "index")
+
+
+def scalar(name, ctype):
+    """A scalar by address: must be present."""
+    return Arg(name, "scalar", ctype)
+
+
+def array(name, ctype, needed="", out=False):
+    """An array: may be null only when `needed` does not hold."""
+    return Arg(name, "array", ctype, out=out, needed=needed)
+
+
+def ld(name, least, elem=None, rows=None, cols=None):
+    """A leading dimension of at least `least`; with `elem`, the rows x cols
+    matrix it spans must be addressable."""
+    return Arg(name, "ld", least=least, fits=(elem, rows, cols) if elem else ())
+
+
+def inc(name, elem=None, length=None):
+    """An increment other than 0; with `elem`, the vector of `length`
+    elements it steps over must be addressable."""
+    return Arg(name, "inc", fits=(elem, length) if elem else ())
+
+
+def packed(name, ctype, order, out=False):
+    """A packed triangle of the order named by dimension `order`: null only
+    when the order is 0; its n(n+1)/2 elements addressable (a failure is
+    reported at the order's position)."""
+    return Arg(name, "packed", ctype, out=out, needed=f"*{order} > 0", fits=(ctype, f"*{order}"), report=order)
+
+
+# ---------------------------------------------------------------- routines
+@dataclass
+class Routine:
+    name: str  # the exported name libork checks (or the kernel's own, kernel-only)
+    args: list
+    kernel: str = None  # the kernel library's name for it; None: libork only
+    checked: bool = True  # libork exports a checked entry under `name`
+    impl: str = ""  # kernel template the shim calls with the unwrapped arguments
+    body: str = ""  # libork template that does the work after the checks
+    quick: str = ""  # libork returns at once when this holds (after the tests)
+    returns: str = "void"
+    doc: str = ""  # one line above the prototype (and above its siblings)
+
+    def params(self):
+        return ", ".join(a.decl() for a in self.args)
+
+    def prototype(self, name):
+        return f"{self.returns} {name}({self.params()});"
+
+
+@dataclass
+class Family:
+    name: str
+    title: str  # what the family holds, for the generated files' first lines
+    routines: list = field(default_factory=list)
+    planned: bool = False  # expanded and counted, nothing written yet
+    public_header: str = ""  # include/ork/... (checked entries)
+    kernel_header: str = ""  # include/ork/... (kernel-only names)
+    kernel_source: str = ""  # the shims
+    kernel_includes: list = field(default_factory=list)
+    kernel_prelude: str = ""  # using-declarations and helpers of the shims
+    core_source: str = ""  # the checked entries
+    core_includes: list = field(default_factory=list)
+    binding: str = ""  # core/... the loader's X-list
+    exports: list = field(default_factory=list)  # names outside the routine form (planned families)
+
+    def add(self, *routines):
+        self.routines.extend(routines)
+
+    def kernel_names(self):
+        return [r.kernel for r in self.routines if r.kernel]
+
+    def core_names(self):
+        return [r.name for r in self.routines if r.checked]
+
+    def names(self):
+        return sorted(set(self.kernel_names()) | set(self.core_names()) | set(self.exports))
+
+
+FAMILIES = []
+
+
+def family(name, title, **kw):
+    f = Family(name, title, **kw)
+    FAMILIES.append(f)
+    return f
+
+
+# ---------------------------------------------------------------- emitters
+GENERATED = "generated by frame/gen/orkgen.py from {table}; edit the table, not this file"
+WIDTH = 100
+
+
+def header(f, table, path, routines, intro, kernel_side):
+    guard = "ORK_" + pathlib.Path(path).stem.upper() + "_H"
+    out = [f"/* {intro} ({GENERATED.format(table=table)}). */",
+           f"#ifndef {guard}", f"#define {guard}", "", '#include "ork/types.h"', "", "ORK_BEGIN_C", ""]
+    groups = {}  # by doc line, in order of first appearance
+    for r in routines:
+        groups.setdefault(r.doc, []).append(r)
+    for doc, rs in groups.items():
+        if doc:
+            out.append(f"/* {doc} */")
+        out += [r.prototype(r.kernel if kernel_side else r.name) for r in rs]
+    out += ["", "ORK_END_C", "", "#endif", ""]
+    return "\n".join(out)
+
+
+def kernel_source(f, table):
+    out = [f"// {f.title}: the kernel library's exports, one flat function each ({GENERATED.format(table=table)})."]
+    out += [f'#include "{i}"' for i in f.kernel_includes]
+    out += ['#include "frame/export.h"', ""]
+    if f.kernel_prelude:
+        out += [f.kernel_prelude.strip(), ""]
+    for r in f.routines:
+        if not r.kernel:
+            continue
+        call = f"{r.impl}({', '.join(a.unwrap() for a in r.args)})"
+        ret = "" if r.returns == "void" else "return "
+        out.append(f"ORK_API {r.prototype(r.kernel)[:-1]} {{ {ret}{call}; }}")
+    return "\n".join(out) + "\n"
+
+
+def core_source(f, table):
+    out = [f"// {f.title}: libork's checked entries ({GENERATED.format(table=table)}).",
+           "// Each tests its arguments in order and reports the first bad one at its",
+           "// position, returns at once when there is nothing to do, tests that the",
+           "// arrays it will touch are addressable, then hands over to its body."]
+    out += [f'#include "{i}"' for i in ["core/core.h", "core/checks.h"] + f.core_includes]
+    out += ["", "namespace check = ork::core::check;", "using ork::core::entry;", ""]
+    for r in f.routines:
+        if not r.checked:
+            continue
+        pos = {a.name: i + 1 for i, a in enumerate(r.args)}
+        lines = [f"ORK_CORE_API {r.prototype(r.name)[:-1]} {{", f'    const entry e("{r.name}");']
+        fail = "return (void)e.fail" if r.returns == "void" else "return e.fail"
+        for a in r.args:
+            t = a.test()
+            if t:
+                lines.append(f"    if ({t}) {fail}({pos[a.name]});")
+        if r.quick:
+            lines.append(f"    if ({r.quick}) return;")
+        for a in r.args:
+            t = a.range_test()
+            if t:
+                lines.append(f"    if ({t}) {fail}({pos[a.report or a.name]});")
+        kernel = f"ork::core::kernels().{r.kernel}" if r.kernel else "nullptr"
+        call = f"{r.body}(e, {kernel}, {', '.join(a.name for a in r.args)})"
+        lines.append(f"    {'' if r.returns == 'void' else 'return '}{call};")
+        lines.append("}")
+        out += lines
+    return "\n".join(out) + "\n"
+
+
+def binding(f, table):
+    macro = f"ORK_CORE_KERNELS_{f.name.upper()}(X)"
+    names = f.kernel_names()
+    out = [f"// {f.title}: the kernels libork looks up in the loaded library ({GENERATED.format(table=table)}).",
+           "#pragma once", ""]
+    out += [f"#include \"{h.removeprefix('include/')}\"" for h in (f.public_header, f.kernel_header) if h]
+    body, line = [], "   "
+    for n in names:
+        item = f" X({n})"
+        if len(line) + len(item) > WIDTH - 2:
+            body.append(line)
+            line = "   "
+        line += item
+    body.append(line)
+    out += ["", f"#define {macro} \\"] + [b + " \\" for b in body[:-1]] + [body[-1], ""]
+    return "\n".join(out)
+
+
+def export_list(f, table, names, what):
+    return "\n".join([f"# {what} of {f.title.lower()}, one name a line",
+                      f"# ({GENERATED.format(table=table)})."] + sorted(names)) + "\n"
+
+
+def manifest(f, table):
+    out = [f"# {f.title}: every exported name, where it is exported (core: libork checks it,",
+           "# kernel: the kernel libraries; kernel-of:E the kernel behind libork's entry E)",
+           "# and its arguments' roles",
+           f"# ({GENERATED.format(table=table)})."]
+    rows = {}
+    for r in f.routines:
+        words = " ".join(a.word() for a in r.args)
+        if r.checked:
+            rows[r.name] = f"{r.name} {'core+kernel' if r.kernel == r.name else 'core'} {words}"
+        if r.kernel and r.kernel != r.name:
+            rows[r.kernel] = f"{r.kernel} {'kernel-of:' + r.name if r.checked else 'kernel'} {words}"
+    return "\n".join(out + [rows[k] for k in sorted(rows)]) + "\n"
+
+
+def outputs(f, table):
+    """path -> text of every file family f generates."""
+    files = {}
+    if f.planned:
+        return files
+    public = [r for r in f.routines if r.checked]
+    kernel_only = [r for r in f.routines if r.kernel and (not r.checked or r.kernel != r.name)]
+    if f.public_header:
+        files[f.public_header] = header(f, table, f.public_header, public,
+                                        f"{f.title}: libork's checked entries (the kernel libraries define the "
+                                        "names they share with it as unchecked kernels)", False)
+    if f.kernel_header:
+        files[f.kernel_header] = header(f, table, f.kernel_header, kernel_only,
+                                        f"{f.title}: names of the kernel libraries only; unchecked", True)
+    if f.kernel_source:
+        files[f.kernel_source] = kernel_source(f, table)
+    if f.core_source:
+        files[f.core_source] = core_source(f, table)
+    if f.binding:
+        files[f.binding] = binding(f, table)
+    files[f"exports/baseline/{f.name}.txt"] = export_list(f, table, f.kernel_names(), "Kernel-library exports")
+    files[f"exports/libork/{f.name}.txt"] = export_list(f, table, f.core_names(), "libork's exports")
+    files[f"tests/manifest/{f.name}.txt"] = manifest(f, table)
+    return files
+
+
+# ---------------------------------------------------------------- driver
+_OWNER = {}
+
+
+def load_tables():
+    """Runs every table once; answers family name -> table path."""
+    if _OWNER:
+        return _OWNER
+    sys.modules.setdefault("orkgen", sys.modules[__name__])
+    owner = _OWNER
+    for rel in TABLES:
+        before = len(FAMILIES)
+        spec = importlib.util.spec_from_file_location(rel.replace("/", "_")[:-3], ROOT / rel)
+        spec.loader.exec_module(importlib.util.module_from_spec(spec))
+        for f in FAMILIES[before:]:
+            owner[f.name] = rel
+    return owner
+
+
+def main(argv=None):
+    ap = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    ap.add_argument("--check", action="store_true", help="compare instead of writing")
+    ap.add_argument("--list", metavar="FAMILY", help="print the names of one family")
+    ap.add_argument("--prototypes", metavar="FAMILY", help="print the C prototypes of one family's routines")
+    args = ap.parse_args(argv)
+    owner = load_tables()
+    if args.list or args.prototypes:
+        want = args.list or args.prototypes
+        fam = [f for f in FAMILIES if f.name == want]
+        if not fam:
+            sys.exit(f"no family {want}; known: {' '.join(f.name for f in FAMILIES)}")
+        if args.list:
+            print("\n".join(fam[0].names()))
+        else:
+            print("\n".join(r.prototype(r.name if r.checked or not r.kernel else r.kernel) for r in fam[0].routines))
+        return 0
+    seen, stale = {}, []
+    for f in FAMILIES:
+        for name in f.names():
+            if name in seen:
+                sys.exit(f"{name} is declared by both {seen[name]} and {f.name}")
+            seen[name] = f.name
+        for path, text in outputs(f, owner[f.name]).items():
+            target = ROOT / path
+            if args.check:
+                if not target.exists() or target.read_text() != text:
+                    stale.append(path)
+            else:
+                target.parent.mkdir(parents=True, exist_ok=True)
+                if not target.exists() or target.read_text() != text:
+                    target.write_text(text)
+    if stale:
+        print("stale generated files (run python3 frame/gen/orkgen.py):\n  " + "\n  ".join(stale))
+        return 1
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
