@@ -25,7 +25,7 @@ inline bool dim(const ork_int* v) { return v && *v >= 0; }
 // An increment: present and not zero.
 inline bool inc(const ork_int* v) { return v && *v != 0; }
 // A leading dimension: present and at least `least` (the rows it spans).
-inline bool ld(const ork_int* v, ork_int least) { return v && *v >= least; }
+template <class I> bool ld(const I* v, std::type_identity_t<I> least) { return v && *v >= least; }
 inline ork_int at_least_1(ork_int v) { return v > 1 ? v : 1; }
 
 // alpha == 0 and beta == 1 in the element's own arithmetic

@@ -37,6 +37,7 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 # The tables, in the order their families appear in shared files.
 TABLES = [
     "blas/level2/table.py",
+    "trans/table.py",
     "spblas/table.py",
     "xblas/table.py",
 ]
@@ -78,6 +79,7 @@ class Arg:
     needed: str = ""  # array: null is bad when this holds
     fits: tuple = ()  # (element C type, count expr[, rows expr]) of the address-range test
     report: str = ""  # name of the argument whose position a range failure reports
+    reach: str = ""  # a range condition of its own (phase two): must hold
     by_value: bool = False  # a C-form argument taken by value
 
     def decl(self):
@@ -94,7 +96,7 @@ class Arg:
             return self.name
         if self.kind == "flag":
             return f"flag({self.name})"
-        if self.kind in ("dim", "ld", "inc", "index"):
+        if self.kind in ("dim", "ld", "inc", "index", "size"):
             return f"*{self.name}"
         if self.kind == "scalar":
             return f"*as_elem({self.name})"
@@ -111,7 +113,7 @@ class Arg:
             return f"!check::inc({n})"
         if self.kind == "ld":
             return f"!check::ld({n}, {self.least})"
-        if self.kind == "scalar":
+        if self.kind in ("scalar", "size"):
             return f"!{n}"
         if self.kind in ("array", "packed") and self.needed:
             return f"!{n} && ({self.needed})"
@@ -119,6 +121,8 @@ class Arg:
 
     def range_test(self):
         """The address-range condition (phase two, after the quick return)."""
+        if self.reach:
+            return f"!({self.reach})"
         if not self.fits:
             return None
         t = self.fits[0]
@@ -149,6 +153,11 @@ def dim(name):
     return Arg(name, "dim")
 
 
+def size(name, ctype="uint64_t"):
+    """An unsigned count (rows, columns, a stride in elements): present."""
+    return Arg(name, "size", ctype)
+
+
 def index(name):
     """An integer the kernel takes as given (a 1-based position, a count of
     pieces): no test."""
@@ -165,16 +174,16 @@ def array(name, ctype, needed="", out=False):
     return Arg(name, "array", ctype, out=out, needed=needed)
 
 
-def ld(name, least, elem=None, rows=None, cols=None):
-    """A leading dimension of at least `least`; with `elem`, the rows x cols
-    matrix it spans must be addressable."""
-    return Arg(name, "ld", least=least, fits=(elem, rows, cols) if elem else ())
+def ld(name, least, elem=None, rows=None, cols=None, ctype=INT, reach=""):
+    """A leading dimension (or a stride) of at least `least`; with `elem`, the
+    rows x cols matrix it spans must be addressable (or `reach` hold)."""
+    return Arg(name, "ld", ctype, least=least, fits=(elem, rows, cols) if elem else (), reach=reach)
 
 
-def inc(name, elem=None, length=None):
+def inc(name, elem=None, length=None, ctype=INT):
     """An increment other than 0; with `elem`, the vector of `length`
     elements it steps over must be addressable."""
-    return Arg(name, "inc", fits=(elem, length) if elem else ())
+    return Arg(name, "inc", ctype, fits=(elem, length) if elem else ())
 
 
 def packed(name, ctype, order, out=False):
@@ -217,6 +226,7 @@ class Family:
     kernel_prelude: str = ""  # using-declarations and helpers of the shims
     core_source: str = ""  # the checked entries
     core_includes: list = field(default_factory=list)
+    core_prelude: str = ""  # using-declarations the entries' expressions need
     binding: str = ""  # core/... the loader's X-list
     exports: list = field(default_factory=list)  # names outside the routine form (planned families)
 
@@ -265,7 +275,7 @@ def header(f, table, path, routines, intro, kernel_side):
 def kernel_source(f, table):
     out = [f"// {f.title}: the kernel library's exports, one flat function each ({GENERATED.format(table=table)})."]
     out += [f'#include "{i}"' for i in f.kernel_includes]
-    out += ['#include "frame/export.h"', ""]
+    out += ['#include "frame/export.h"', '#include "frame/vector.h"', ""]
     if f.kernel_prelude:
         out += [f.kernel_prelude.strip(), ""]
     for r in f.routines:
@@ -284,6 +294,8 @@ def core_source(f, table):
            "// arrays it will touch are addressable, then hands over to its body."]
     out += [f'#include "{i}"' for i in ["core/core.h", "core/checks.h"] + f.core_includes]
     out += ["", "namespace check = ork::core::check;", "using ork::core::entry;", ""]
+    if f.core_prelude:
+        out += [f.core_prelude.strip(), ""]
     for r in f.routines:
         if not r.checked:
             continue
