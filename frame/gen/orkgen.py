@@ -38,6 +38,7 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 TABLES = [
     "blas/level2/table.py",
     "trans/table.py",
+    "core/stdblas/table.py",
     "spblas/table.py",
     "xblas/table.py",
 ]
@@ -229,6 +230,7 @@ class Family:
     core_prelude: str = ""  # using-declarations the entries' expressions need
     binding: str = ""  # core/... the loader's X-list
     exports: list = field(default_factory=list)  # names outside the routine form (planned families)
+    writer: object = None  # a family with emitters of its own: () -> {path: text}
 
     def add(self, *routines):
         self.routines.extend(routines)
@@ -244,6 +246,19 @@ class Family:
 
 
 FAMILIES = []
+
+
+def find_routine(name):
+    """The routine whose checked entry (or, failing that, kernel) is `name`."""
+    for f in FAMILIES:
+        for r in f.routines:
+            if r.name == name and r.checked:
+                return r
+    for f in FAMILIES:
+        for r in f.routines:
+            if r.kernel == name:
+                return r
+    return None
 
 
 def family(name, title, **kw):
@@ -363,6 +378,8 @@ def outputs(f, table):
     files = {}
     if f.planned:
         return files
+    if f.writer:
+        return f.writer()
     public = [r for r in f.routines if r.checked]
     kernel_only = [r for r in f.routines if r.kernel and (not r.checked or r.kernel != r.name)]
     if f.public_header:

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """The checked-in output of core/stdblas/generate.py is what it writes now
-(after a change to libork's prototypes or to its routine table)."""
+(after a change to a family table or to core/stdblas/table.py)."""
 import pathlib
 import subprocess
 import sys
