@@ -1,4 +1,6 @@
-// Level-2 inner kernels of the baseline generation, in SSE2 intrinsics.
+// Level-2 inner kernels written once over the vector vocabulary of the
+// generation being built (frame/simd/native.h): SSE2 for the baseline, AVX2
+// and AVX-512 with fused multiply-add.
 //
 // A complex vector is handled as interleaved reals: t*a is a*re(t) +
 // swap(a)*(-im(t), im(t)), which rounds like the reference formula, and a
@@ -6,19 +8,32 @@
 // combined at the end according to the conjugation. Tails are loaded into
 // zero-padded vectors so that every element sees the operations of the main
 // loop, whatever its position.
-#include <emmintrin.h>
-
+//
+// The products (gemv, and the symmetric products' axpy_dot) have no fixed
+// order: where the vocabulary has fused multiply-add, their products are
+// added with it (t*a + y and a*x + s rounded once), in the order the
+// comments below give. The updates (axpy2, update4) never fuse: a column
+// updated alone goes through level 1's axpy, which rounds the product, and
+// a split over columns must give every element the bits of the whole call.
 #include "blas/level1/compensated.h"
 #include "blas/level2/inner.h"
-#include "frame/sse2/simd.h"
+#include "frame/simd/native.h"
 
 namespace ork::inner {
 namespace {
 
-using sse2::simd;
-
-// ---- element types over 16-byte vectors
+// ---- element types over the generation's vectors
+template <class R> using simd = ork::simd::native<R>;
 template <class T> struct vec;
+
+// The lanes of w added pairwise: (l0 + l1) for two, (l0 + l1) + (l2 + l3)
+// for four, and so on; with stride 2 the real and the imaginary parts of
+// the complex slots apart.
+template <class R, int N, int Stride = 1>
+R pairwise(const R* l) {
+    if constexpr (N == 1) return l[0];
+    else return pairwise<R, N / 2, Stride>(l) + pairwise<R, N / 2, Stride>(l + N / 2 * Stride);
+}
 
 template <class R> struct vec_base {
     using S = simd<R>;
@@ -36,24 +51,27 @@ template <class R> struct vec : vec_base<R> {
         scalar() = default;
         explicit scalar(R t) : v(S::set1(t)) {}
         V times(V a) const { return S::mul(a, v); }
+        // acc + t*a: fused where the vocabulary has it
+        V add_to(V acc, V a) const {
+            if constexpr (S::fused) return S::fma(a, v, acc);
+            else return S::add(acc, times(a));
+        }
     };
     // sum of products a*x, lane by lane
     struct sum {
         static constexpr int parts = 1;
         V v[parts] = {S::zero()};
-        void add(V a, V x) { v[0] = S::add(v[0], S::mul(a, x)); }
-        // the lanes of v added: a pair, or pairs then their sums
+        void add(V a, V x) {
+            if constexpr (S::fused) v[0] = S::fma(a, x, v[0]);
+            else v[0] = S::add(v[0], S::mul(a, x));
+        }
         static R reduce(const V* w, bool) {
-            alignas(16) R l[S::lanes];
+            alignas(S::bytes) R l[S::lanes];
             S::store(l, w[0]);
-            if constexpr (S::lanes == 2) return l[0] + l[1];
-            else return (l[0] + l[1]) + (l[2] + l[3]);
+            return pairwise<R, S::lanes>(l);
         }
     };
 };
-
-inline __m128d swap_pairs(__m128d a) { return _mm_shuffle_pd(a, a, 1); }
-inline __m128 swap_pairs(__m128 a) { return _mm_shuffle_ps(a, a, _MM_SHUFFLE(2, 3, 0, 1)); }
 
 template <class R> struct vec<cx<R>> : vec_base<R> {
     using typename vec_base<R>::S;
@@ -62,11 +80,14 @@ template <class R> struct vec<cx<R>> : vec_base<R> {
     struct scalar {
         V re, im;
         scalar() = default;
-        explicit scalar(cx<R> t) : re(S::set1(t.re)) {
-            if constexpr (S::lanes == 2) im = _mm_set_pd(t.im, -t.im);
-            else im = _mm_set_ps(t.im, -t.im, t.im, -t.im);
+        explicit scalar(cx<R> t) : re(S::set1(t.re)), im(S::pairs(-t.im, t.im)) {}
+        V times(V a) const { return S::add(S::mul(a, re), S::mul(S::swap_pairs(a), im)); }
+        // acc + t*a: fused, (acc + a*re(t)) + swap(a)*(-im(t), im(t)), where
+        // the vocabulary has it
+        V add_to(V acc, V a) const {
+            if constexpr (S::fused) return S::fma(S::swap_pairs(a), im, S::fma(a, re, acc));
+            else return S::add(acc, times(a));
         }
-        V times(V a) const { return S::add(S::mul(a, re), S::mul(swap_pairs(a), im)); }
     };
     // v[0] holds (sum ar*xr, sum ai*xi), v[1] holds (sum ar*xi, sum ai*xr)
     // per element slot
@@ -74,15 +95,21 @@ template <class R> struct vec<cx<R>> : vec_base<R> {
         static constexpr int parts = 2;
         V v[parts] = {S::zero(), S::zero()};
         void add(V a, V x) {
-            v[0] = S::add(v[0], S::mul(a, x));
-            v[1] = S::add(v[1], S::mul(a, swap_pairs(x)));
+            if constexpr (S::fused) {
+                v[0] = S::fma(a, x, v[0]);
+                v[1] = S::fma(a, S::swap_pairs(x), v[1]);
+            } else {
+                v[0] = S::add(v[0], S::mul(a, x));
+                v[1] = S::add(v[1], S::mul(a, S::swap_pairs(x)));
+            }
         }
         static cx<R> reduce(const V* w, bool conj) {
-            alignas(16) R lp[S::lanes], lq[S::lanes];
+            alignas(S::bytes) R lp[S::lanes], lq[S::lanes];
             S::store(lp, w[0]);
             S::store(lq, w[1]);
-            R rr = lp[0], ii = lp[1], ri = lq[0], ir = lq[1];
-            if constexpr (S::lanes == 4) rr += lp[2], ii += lp[3], ri += lq[2], ir += lq[3];
+            constexpr int slots = S::lanes / 2;
+            const R rr = pairwise<R, slots, 2>(lp), ii = pairwise<R, slots, 2>(lp + 1);
+            const R ri = pairwise<R, slots, 2>(lq), ir = pairwise<R, slots, 2>(lq + 1);
             return conj ? cx<R>{rr + ii, ri - ir} : cx<R>{rr - ii, ri + ir};
         }
     };
@@ -112,7 +139,7 @@ typename vec<T>::V load(const T* p, idx count) {
     using W = vec<T>;
     using R = real_t<T>;
     if (count == W::per) return W::S::loadu(reinterpret_cast<const R*>(p));
-    alignas(16) T b[W::per] = {};
+    alignas(W::S::bytes) T b[W::per] = {};
     for (idx k = 0; k < W::per; ++k)  // a fixed count: unrolled, never a library call
         if (k < count) b[k] = p[k];
     return W::S::load(reinterpret_cast<const R*>(b));
@@ -122,7 +149,7 @@ void store(T* p, typename vec<T>::V v, idx count) {
     using W = vec<T>;
     using R = real_t<T>;
     if (count == W::per) return W::S::storeu(reinterpret_cast<R*>(p), v);
-    alignas(16) T b[W::per];
+    alignas(W::S::bytes) T b[W::per];
     W::S::store(reinterpret_cast<R*>(b), v);
     for (idx k = 0; k < W::per; ++k)
         if (k < count) p[k] = b[k];
@@ -149,9 +176,15 @@ void gemv_n_group(idx m, const T* a, idx lda, const T* t, T* y) {
     typename W::scalar ts[C];
     for (int k = 0; k < C; ++k) ts[k] = typename W::scalar(t[k]);
     over_rows<T>(m, [&](idx i, idx count) {
-        auto s = ts[0].times(load(a + i, count));
-        for (int k = 1; k < C; ++k) s = S::add(s, ts[k].times(load(a + k * lda + i, count)));
-        store(y + i, S::add(load(y + i, count), s), count);
+        if constexpr (S::fused) {  // y + a0*t0 + a1*t1 + ..., each step rounded once
+            auto s = load(y + i, count);
+            for (int k = 0; k < C; ++k) s = ts[k].add_to(s, load(a + k * lda + i, count));
+            store(y + i, s, count);
+        } else {
+            auto s = ts[0].times(load(a + i, count));
+            for (int k = 1; k < C; ++k) s = ts[k].add_to(s, load(a + k * lda + i, count));
+            store(y + i, S::add(load(y + i, count), s), count);
+        }
     });
 }
 
@@ -195,7 +228,7 @@ template <class T, int C, int U, bool Axpy, class Done>
         if constexpr (Axpy) yv = load(y + i, count);
         for (int k = 0; k < C; ++k) {
             const auto av = load(a[k] + i, count);
-            if constexpr (Axpy) yv = S::add(yv, ts[k].times(av));
+            if constexpr (Axpy) yv = ts[k].add_to(yv, av);
             acc[k][u].add(av, xv);
         }
         if constexpr (Axpy) store(y + i, yv, count);
