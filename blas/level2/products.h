@@ -6,6 +6,7 @@
 
 #include "blas/level2/inner.h"
 #include "blas/level2/storage.h"
+#include "blas/level2/tuning.h"
 #include "ork/service.h"
 
 namespace ork::blas {
@@ -178,14 +179,14 @@ void symmetric_mv(bool upper, idx n, T alpha, S st, const T* x, idx incx, T beta
     // their x and y to stay in L1 while every column of the block passes.
     // The columns' updates of a block of rows gather in yb (rows from i0),
     // which is added to y once the block of columns has passed.
-    constexpr idx G = 4, col_block = 256, row_block = 512;
+    constexpr idx G = 4, col_block = symv_blocks.col_block, row_block = symv_blocks.row_block;
     T t[col_block], sums[col_block], yb[row_block];
     compensated<T> total[col_block];
     // column j over its rows [lo, hi) within the block of rows from i0: the
     // y updates, the sum returned
     auto part = [&](const T* p, T t1, idx lo, idx hi, idx i0) {
         if (hi <= lo) return zero<T>();
-        if (unit) return inner::axpy_dot(hi - lo, p + lo, t1, x + lo, yb + (lo - i0), Herm);
+        if (unit && hi - lo >= symv_blocks.short_run) return inner::axpy_dot(hi - lo, p + lo, t1, x + lo, yb + (lo - i0), Herm);
         T t2 = zero<T>();
         for (idx i = lo; i < hi; ++i) {
             yb[i - i0] += t1 * p[i];

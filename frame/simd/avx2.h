@@ -21,6 +21,10 @@ template <> struct avx2<double> {
     static V loadu(const double* p) { return _mm256_loadu_pd(p); }
     static void store(double* p, V v) { _mm256_store_pd(p, v); }
     static void storeu(double* p, V v) { _mm256_storeu_pd(p, v); }
+    // the first n < lanes values at p, the other lanes zero; and their store
+    static __m256i first_mask(long n) { return _mm256_cmpgt_epi64(_mm256_set1_epi64x(n), _mm256_setr_epi64x(0, 1, 2, 3)); }
+    static V load_first(const double* p, long n) { return _mm256_maskload_pd(p, first_mask(n)); }
+    static void store_first(double* p, V v, long n) { _mm256_maskstore_pd(p, first_mask(n), v); }
     static V add(V a, V b) { return _mm256_add_pd(a, b); }
     static V sub(V a, V b) { return _mm256_sub_pd(a, b); }
     static V mul(V a, V b) { return _mm256_mul_pd(a, b); }
@@ -52,6 +56,11 @@ template <> struct avx2<float> {
     static V loadu(const float* p) { return _mm256_loadu_ps(p); }
     static void store(float* p, V v) { _mm256_store_ps(p, v); }
     static void storeu(float* p, V v) { _mm256_storeu_ps(p, v); }
+    static __m256i first_mask(long n) {
+        return _mm256_cmpgt_epi32(_mm256_set1_epi32(int(n)), _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7));
+    }
+    static V load_first(const float* p, long n) { return _mm256_maskload_ps(p, first_mask(n)); }
+    static void store_first(float* p, V v, long n) { _mm256_maskstore_ps(p, first_mask(n), v); }
     static V add(V a, V b) { return _mm256_add_ps(a, b); }
     static V sub(V a, V b) { return _mm256_sub_ps(a, b); }
     static V mul(V a, V b) { return _mm256_mul_ps(a, b); }

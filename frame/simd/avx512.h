@@ -22,6 +22,9 @@ template <> struct avx512<double> {
     static V loadu(const double* p) { return _mm512_loadu_pd(p); }
     static void store(double* p, V v) { _mm512_store_pd(p, v); }
     static void storeu(double* p, V v) { _mm512_storeu_pd(p, v); }
+    // the first n < lanes values at p, the other lanes zero; and their store
+    static V load_first(const double* p, long n) { return _mm512_maskz_loadu_pd(__mmask8((1u << n) - 1), p); }
+    static void store_first(double* p, V v, long n) { _mm512_mask_storeu_pd(p, __mmask8((1u << n) - 1), v); }
     static V add(V a, V b) { return _mm512_add_pd(a, b); }
     static V sub(V a, V b) { return _mm512_sub_pd(a, b); }
     static V mul(V a, V b) { return _mm512_mul_pd(a, b); }
@@ -50,6 +53,8 @@ template <> struct avx512<float> {
     static V loadu(const float* p) { return _mm512_loadu_ps(p); }
     static void store(float* p, V v) { _mm512_store_ps(p, v); }
     static void storeu(float* p, V v) { _mm512_storeu_ps(p, v); }
+    static V load_first(const float* p, long n) { return _mm512_maskz_loadu_ps(__mmask16((1u << n) - 1), p); }
+    static void store_first(float* p, V v, long n) { _mm512_mask_storeu_ps(p, __mmask16((1u << n) - 1), v); }
     static V add(V a, V b) { return _mm512_add_ps(a, b); }
     static V sub(V a, V b) { return _mm512_sub_ps(a, b); }
     static V mul(V a, V b) { return _mm512_mul_ps(a, b); }

@@ -133,12 +133,18 @@ struct column_total {
 };
 
 // Loads and stores of `count` elements at p: a whole vector when count is
-// the vector's width, else through a zero-padded copy.
+// the vector's width, else masked where the vocabulary has it, else through
+// a zero-padded copy.
+template <class S> concept masked = requires(typename S::R* p, typename S::V v) {
+    S::load_first(p, 1);
+    S::store_first(p, v, 1);
+};
 template <class T>
 typename vec<T>::V load(const T* p, idx count) {
     using W = vec<T>;
     using R = real_t<T>;
     if (count == W::per) return W::S::loadu(reinterpret_cast<const R*>(p));
+    if constexpr (masked<typename W::S>) return W::S::load_first(reinterpret_cast<const R*>(p), count * idx(sizeof(T) / sizeof(R)));
     alignas(W::S::bytes) T b[W::per] = {};
     for (idx k = 0; k < W::per; ++k)  // a fixed count: unrolled, never a library call
         if (k < count) b[k] = p[k];
@@ -149,6 +155,7 @@ void store(T* p, typename vec<T>::V v, idx count) {
     using W = vec<T>;
     using R = real_t<T>;
     if (count == W::per) return W::S::storeu(reinterpret_cast<R*>(p), v);
+    if constexpr (masked<typename W::S>) return W::S::store_first(reinterpret_cast<R*>(p), v, count * idx(sizeof(T) / sizeof(R)));
     alignas(W::S::bytes) T b[W::per];
     W::S::store(reinterpret_cast<R*>(b), v);
     for (idx k = 0; k < W::per; ++k)
@@ -219,15 +226,18 @@ template <class T, int C, int U, bool Axpy, class Done>
     using S = typename W::S;
     constexpr idx P = W::per;
     typename W::scalar ts[C];  // copies, which the stores to y cannot alias
-    if constexpr (Axpy)
-        for (int k = 0; k < C; ++k) ts[k] = t[k];
+    const T* col[C];
+    for (int k = 0; k < C; ++k) {
+        col[k] = a[k];
+        if constexpr (Axpy) ts[k] = t[k];
+    }
     typename W::sum acc[C][U];
     auto step = [&](idx i, idx count, int u) {
         const auto xv = load(x + i, count);
         typename W::V yv;
         if constexpr (Axpy) yv = load(y + i, count);
         for (int k = 0; k < C; ++k) {
-            const auto av = load(a[k] + i, count);
+            const auto av = load(col[k] + i, count);
             if constexpr (Axpy) yv = ts[k].add_to(yv, av);
             acc[k][u].add(av, xv);
         }
@@ -328,7 +338,9 @@ void update_group(idx m, const T* x, const T* t1, const T* y, const T* t2, T* co
     using W = vec<T>;
     using S = typename W::S;
     typename W::scalar s1[C], s2[C];
+    T* col[C];  // copies, which the stores cannot alias
     for (int k = 0; k < C; ++k) {
+        col[k] = a[k];
         s1[k] = typename W::scalar(t1[k]);
         if constexpr (Two) s2[k] = typename W::scalar(t2[k]);
     }
@@ -337,9 +349,9 @@ void update_group(idx m, const T* x, const T* t1, const T* y, const T* t2, T* co
         typename W::V yv;
         if constexpr (Two) yv = load(y + i, count);
         for (int k = 0; k < C; ++k) {
-            auto v = S::add(load(a[k] + i, count), s1[k].times(xv));
+            auto v = S::add(load(col[k] + i, count), s1[k].times(xv));
             if constexpr (Two) v = S::add(v, s2[k].times(yv));
-            store(a[k] + i, v, count);
+            store(col[k] + i, v, count);
         }
     });
 }
