@@ -306,7 +306,11 @@ void gemv_t_any(idx m, idx n, const T* a, idx lda, const T* x, T* r, bool conj) 
 }
 
 // One column alone keeps two partial sums of reals; four columns keep one
-// each.
+// each on the baseline, two where vectors are wider than 16 bytes: there a
+// pass over a few hundred rows is short enough for the latency of each
+// column's chain of multiply-adds to bound it (dsymv at n = 256 and 1000).
+template <class T> constexpr int dot4_sums = simd<real_t<T>>::bytes > 16 ? 2 : 1;
+
 template <class T>
 T axpy_dot_any(idx m, const T* a, T t, const T* x, T* y, bool conj) {
     T sum{};
@@ -316,7 +320,7 @@ T axpy_dot_any(idx m, const T* a, T t, const T* x, T* y, bool conj) {
 
 template <class T>
 void axpy_dot4_any(idx m, const T* const* a, const T* t, const T* x, T* y, T* sums, bool conj) {
-    sums_group<T, 4, 1, true>(m, a, t, x, y, sums, conj);
+    sums_group<T, 4, dot4_sums<T>, true>(m, a, t, x, y, sums, conj);
 }
 
 // ---- a := (a + x*t1) + y*t2
