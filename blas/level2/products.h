@@ -187,15 +187,18 @@ void symmetric_mv(bool upper, idx n, T alpha, S st, const T* x, idx incx, T beta
     auto part = [&](const T* p, T t1, idx lo, idx hi, idx i0) {
         if (hi <= lo) return zero<T>();
         if (unit && hi - lo >= symv_blocks.short_run) return inner::axpy_dot(hi - lo, p + lo, t1, x + lo, yb + (lo - i0), Herm);
-        // plain sums of at most 512 terms, added with compensation
-        return blockwise_sum<T>(hi - lo, 512, [&](idx b0, idx len) {
+        auto plain = [&](idx b, idx e) {
             T t2 = zero<T>();
-            for (idx i = lo + b0; i < lo + b0 + len; ++i) {
+            for (idx i = b; i < e; ++i) {
                 yb[i - i0] += t1 * p[i];
                 t2 += (Herm ? conj(p[i]) : p[i]) * xv[i];
             }
             return t2;
-        });
+        };
+        // plain sums of at most 512 terms, added with compensation
+        constexpr idx plain_run = 512;
+        if (hi - lo <= plain_run) return plain(lo, hi);
+        return blockwise_sum<T>(hi - lo, plain_run, [&](idx b0, idx len) { return plain(lo + b0, lo + b0 + len); });
     };
     auto diagonal = [&](idx j, const T* p, T t1, T t2) {
         if constexpr (Herm) yv[j] += times(t1, p[j].re) + alpha * t2;
