@@ -1,12 +1,14 @@
 // The unit-stride inner kernels of the level-2 products and updates: the
-// narrow interface that each processor generation implements
-// (blas/level2/<generation>/inner.cpp). The templates of blas/level2 handle
-// flags, storage, increments and quick returns and call these only with
-// contiguous vectors.
+// narrow interface that each processor generation implements (one source
+// over the generation's vectors, blas/level2/native/inner.cpp). The
+// templates of blas/level2 handle flags, storage, increments and quick
+// returns and call these only with contiguous vectors.
 //
 // Each kernel computes every output element with the same operations in the
 // same order wherever the element lies (tails are padded to full vectors), so
-// a product split over rows or columns gives the bits of the whole product.
+// a product split over rows or columns gives the bits of the whole product
+// within one generation; the generations' bits differ where fused
+// multiply-add is used (the products, never the updates).
 #pragma once
 
 #include "frame/types.h"
@@ -15,7 +17,8 @@ namespace ork::inner {
 
 // y[0..m) += sum over k < n of A(:, k)*t[k], A column-major with leading
 // dimension lda; several columns per pass over y. Per element: the products
-// of a group of columns summed in column order, then added to y.
+// of a group of columns summed in column order, then added to y; with fused
+// multiply-add (AVX2, AVX-512) added to y one by one in column order.
 void gemv_n(idx m, idx n, const float* a, idx lda, const float* t, float* y);
 void gemv_n(idx m, idx n, const double* a, idx lda, const double* t, double* y);
 void gemv_n(idx m, idx n, const cx<float>* a, idx lda, const cx<float>* t, cx<float>* y);

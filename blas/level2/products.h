@@ -155,12 +155,12 @@ void gbmv(char trans, idx m, idx n, idx kl, idx ku, T alpha, const T* a, idx lda
 // and sums op(a_ij)*x_i for y_j, which then takes the diagonal term too.
 // With a contiguous x four columns share one pass over the rows they have
 // in common (the rows of fewer go column by column), a block of rows at a
-// time so that its x and y stay in L1 across a block of columns. A column's
-// sum is gathered a block of rows at a time (the inner kernels' sums, or a
-// plain one for a strided x) and the blocks' sums are added with
-// compensation, so its error does not grow with n; the updates of y_i
-// gather over a block of columns before they are added to y_i, so its
-// error grows as n/256 only.
+// time so that its x and y stay in L1 across a block of columns (the
+// blocks per generation: tuning.h). A column's sum is gathered a block of
+// rows at a time (the inner kernels' sums, or plain ones of at most 512
+// terms for a strided x) and the blocks' sums are added with compensation,
+// so its error does not grow with n; the updates of y_i gather over a block
+// of columns before they are added to y_i, so its error grows as n/256 only.
 template <class T, bool Herm, class S>
 void symmetric_mv(bool upper, idx n, T alpha, S st, const T* x, idx incx, T beta, T* y, idx incy) {
     if (n <= 0 || (alpha == zero<T>() && beta == one<T>())) return;
@@ -179,14 +179,14 @@ void symmetric_mv(bool upper, idx n, T alpha, S st, const T* x, idx incx, T beta
     // their x and y to stay in L1 while every column of the block passes.
     // The columns' updates of a block of rows gather in yb (rows from i0),
     // which is added to y once the block of columns has passed.
-    constexpr idx G = 4, col_block = symv_blocks.col_block, row_block = symv_blocks.row_block;
+    constexpr idx G = 4, col_block = symv_blocks::col_block, row_block = symv_blocks::rows<T>;
     T t[col_block], sums[col_block], yb[row_block];
     compensated<T> total[col_block];
     // column j over its rows [lo, hi) within the block of rows from i0: the
     // y updates, the sum returned
     auto part = [&](const T* p, T t1, idx lo, idx hi, idx i0) {
         if (hi <= lo) return zero<T>();
-        if (unit && hi - lo >= symv_blocks.short_run) return inner::axpy_dot(hi - lo, p + lo, t1, x + lo, yb + (lo - i0), Herm);
+        if (unit && hi - lo >= symv_blocks::short_run) return inner::axpy_dot(hi - lo, p + lo, t1, x + lo, yb + (lo - i0), Herm);
         auto plain = [&](idx b, idx e) {
             T t2 = zero<T>();
             for (idx i = b; i < e; ++i) {
