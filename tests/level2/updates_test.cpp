@@ -159,18 +159,21 @@ TYPED_TEST(Updates, PiecesAndThreadsGiveTheWholeBits) {
                 EXPECT_TRUE(same_all(r.a, whole)) << "pieces, rank2=" << two << " " << uplo;
             }
         }
-    // ger by columns
+    // ger by columns; a contiguous x takes four columns a pass, which a
+    // piece may start anywhere in
     const idx m = 500, lda = 501;
-    gvec<T> a(lda * n, 1, 0, g), x(m, -1, 0, g), y(n, 3, 0, g);
-    const T alpha = rnd<T>(g);
-    std::vector<T> out[2];
-    for (int t : {1, 3}) {
-        threads_scope threads(t);
-        gvec<T> at = a;
-        l2<T>::ger(true)[0].second(&m, &n, &alpha, x.p(), &x.inc, y.p(), &y.inc, at.p(), &lda);
-        out[t == 1 ? 0 : 1] = at.buf;
+    for (idx incx : {-1, 1}) {
+        gvec<T> a(lda * n, 1, 0, g), x(m, incx, 0, g), y(n, 3, 0, g);
+        const T alpha = rnd<T>(g);
+        std::vector<T> out[2];
+        for (int t : {1, 3}) {
+            threads_scope threads(t);
+            gvec<T> at = a;
+            l2<T>::ger(true)[0].second(&m, &n, &alpha, x.p(), &x.inc, y.p(), &y.inc, at.p(), &lda);
+            out[t == 1 ? 0 : 1] = at.buf;
+        }
+        EXPECT_TRUE(same_all(out[1], out[0])) << "ger, incx=" << incx;
     }
-    EXPECT_TRUE(same_all(out[1], out[0])) << "ger";
 }
 
 // Each argument error of libork's level-2 entries at its reference position,
