@@ -12,6 +12,7 @@
 #include "ork/core.h"
 #include "ork/service.h"
 // Each further area lists its kernels in its own file.
+#include "core/kernels_level1.h"
 #include "core/kernels_level2.h"
 #include "core/kernels_triangular.h"
 #include "core/kernels_level3.h"
@@ -26,36 +27,10 @@ namespace ork::core {
 // loaded kernel library with dlsym, so the kernel library's own definition is
 // reached even where libork exports the same name.
 #define ORK_CORE_KERNELS(X)                                                                   \
-    ORK_CORE_KERNELS_BASE(X) ORK_CORE_KERNELS_LEVEL2(X) ORK_CORE_KERNELS_TRIANGULAR(X)       \
-    ORK_CORE_KERNELS_LEVEL3(X) ORK_CORE_KERNELS_LAPACK(X) ORK_CORE_KERNELS_TRANS(X)
+    ORK_CORE_KERNELS_BASE(X) ORK_CORE_KERNELS_LEVEL1(X) ORK_CORE_KERNELS_LEVEL2(X)           \
+    ORK_CORE_KERNELS_TRIANGULAR(X) ORK_CORE_KERNELS_LEVEL3(X) ORK_CORE_KERNELS_LAPACK(X) ORK_CORE_KERNELS_TRANS(X)
 #define ORK_CORE_KERNELS_BASE(X)                                                              \
     X(dll_cpu_version)                                                                        \
-    X(ork_blas_xsaxpy) X(ork_blas_xdaxpy) X(ork_blas_xcaxpy) X(ork_blas_xzaxpy)               \
-    X(ork_blas_xscopy) X(ork_blas_xdcopy) X(ork_blas_xccopy) X(ork_blas_xzcopy)               \
-    X(ork_blas_xsswap) X(ork_blas_xdswap) X(ork_blas_xcswap) X(ork_blas_xzswap)               \
-    X(ork_blas_sscal) X(ork_blas_dscal) X(ork_blas_cscal) X(ork_blas_zscal)                   \
-    X(ork_blas_csscal) X(ork_blas_zdscal)                                                     \
-    X(ork_blas_xsdot) X(ork_blas_xddot) X(ork_blas_xcdotc) X(ork_blas_cdotu)                  \
-    X(ork_blas_zdotc) X(ork_blas_zdotu) X(ork_blas_dsdot) X(ork_blas_sdsdot)                  \
-    X(ork_blas_snrm2) X(ork_blas_dnrm2) X(ork_blas_scnrm2) X(ork_blas_dznrm2)                 \
-    X(ork_blas_sasum) X(ork_blas_dasum) X(ork_blas_scasum) X(ork_blas_dzasum)                 \
-    X(ork_blas_dcabs1)                                                                        \
-    X(ork_blas_isamax) X(ork_blas_idamax) X(ork_blas_icamax) X(ork_blas_izamax)               \
-    X(ork_blas_isamin) X(ork_blas_idamin) X(ork_blas_icamin) X(ork_blas_izamin)               \
-    X(ork_blas_xsrot) X(ork_blas_xdrot) X(ork_blas_xcsrot) X(ork_blas_xzdrot)                 \
-    X(ork_blas_xcrot) X(ork_blas_xzrot)                                                       \
-    X(ork_blas_srotg) X(ork_blas_drotg) X(ork_blas_crotg) X(ork_blas_zrotg)                   \
-    X(ork_blas_srotm) X(ork_blas_drotm) X(ork_blas_srotmg) X(ork_blas_drotmg)                 \
-    X(ork_blas_srot2) X(ork_blas_drot2) X(ork_blas_crot2) X(ork_blas_zrot2)                   \
-    X(ork_blas_srot3) X(ork_blas_drot3) X(ork_blas_crot3) X(ork_blas_zrot3)                   \
-    X(ork_blas_slartv) X(ork_blas_dlartv) X(ork_blas_clartv) X(ork_blas_zlartv)               \
-    X(ork_blas_saxpyi) X(ork_blas_daxpyi) X(ork_blas_caxpyi) X(ork_blas_zaxpyi)               \
-    X(ork_blas_sdoti) X(ork_blas_ddoti) X(ork_blas_cdotci) X(ork_blas_cdotui)                 \
-    X(ork_blas_zdotci) X(ork_blas_zdotui)                                                     \
-    X(ork_blas_sgthr) X(ork_blas_dgthr) X(ork_blas_cgthr) X(ork_blas_zgthr)                   \
-    X(ork_blas_sgthrz) X(ork_blas_dgthrz) X(ork_blas_cgthrz) X(ork_blas_zgthrz)               \
-    X(ork_blas_ssctr) X(ork_blas_dsctr) X(ork_blas_csctr) X(ork_blas_zsctr)                   \
-    X(ork_blas_sroti) X(ork_blas_droti)                                                       \
     X(ork_blas_xsgemm) X(ork_blas_xdgemm) X(ork_blas_xcgemm) X(ork_blas_xzgemm)               \
     X(ork_blas_sgemm_scalm) X(ork_blas_dgemm_scalm) X(ork_blas_cgemm_scalm) X(ork_blas_zgemm_scalm) \
     X(ork_blas_cgemm_zerom) X(ork_blas_zgemm_zerom)                                           \

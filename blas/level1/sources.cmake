@@ -5,4 +5,4 @@ list(APPEND ORK_SSE2_SOURCES blas/level1/native/elementwise.cpp blas/level1/sse2
 # reductions are the baseline's code, built again under each generation's flags.
 list(APPEND ORK_AVX2_SOURCES blas/level1/native/elementwise.cpp blas/level1/sse2/reductions.cpp)
 list(APPEND ORK_AVX512_SOURCES blas/level1/native/elementwise.cpp blas/level1/sse2/reductions.cpp)
-list(APPEND ORK_CORE_SOURCES core/blas1.cpp)
+list(APPEND ORK_CORE_SOURCES core/level1_entries.cpp)

@@ -19,6 +19,15 @@ a packed triangle); from the roles the generator writes
   the test manifest      tests/manifest/<family>.txt: every name with its roles;
                          tests/frame/check_tested.py fails for a name no test uses
 
+A routine marked lp64 also gets a 32-bit-integer twin in the kernel library
+(ork_blas_lp64_daxpy): its dimensions, counts, increments and leading
+dimensions are `const ork_int32 *`, widened into 64-bit temporaries before
+it calls the checked entry through its dynamic symbol (libork's entry where
+an application links libork, else the kernel library's own name).
+
+A routine that returns a value returns the value-initialised result on a
+bad argument and on its quick return (`quick_result` names another).
+
 A planned family (one whose kernels are still to be written) is expanded and
 counted but writes nothing yet.
 
@@ -36,6 +45,7 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 
 # The tables, in the order their families appear in shared files.
 TABLES = [
+    "blas/level1/table.py",
     "blas/level2/table.py",
     "trans/table.py",
     "core/stdblas/table.py",
@@ -62,6 +72,9 @@ C = Type("c", "ork_complex8", "float")
 Z = Type("z", "ork_complex16", "double")
 SD, CZ, SDCZ = (S, D), (C, Z), (S, D, C, Z)
 INT = "ork_int"
+INT32 = "ork_int32"  # the integers of the lp64_ wrappers
+INTEGER_ROLES = ("dim", "count", "ld", "inc", "stride", "index")  # by address, widened by the lp64_ wrappers
+ALWAYS = "always"  # array(..., needed=ALWAYS): never null
 
 
 # ---------------------------------------------------------------- argument roles
@@ -83,13 +96,14 @@ class Arg:
     reach: str = ""  # a range condition of its own (phase two): must hold
     by_value: bool = False  # a C-form argument taken by value
 
-    def decl(self):
+    def decl(self, lp64=False):
         if self.kind == "flag":
             return f"const char *{self.name}"
         const = "" if self.out else "const "
         if self.by_value:
             return f"{self.ctype} {self.name}"
-        return f"{const}{self.ctype} *{self.name}"
+        ctype = INT32 if lp64 and self.kind in INTEGER_ROLES else self.ctype
+        return f"{const}{ctype} *{self.name}"
 
     def unwrap(self):
         """The argument as the kernel templates take it."""
@@ -97,7 +111,7 @@ class Arg:
             return self.name
         if self.kind == "flag":
             return f"flag({self.name})"
-        if self.kind in ("dim", "ld", "inc", "index", "size"):
+        if self.kind in INTEGER_ROLES or self.kind == "size":
             return f"*{self.name}"
         if self.kind == "scalar":
             return f"*as_elem({self.name})"
@@ -112,9 +126,13 @@ class Arg:
             return f"!check::dim({n})"
         if self.kind == "inc":
             return f"!check::inc({n})"
+        if self.kind in ("count", "stride"):
+            return f"!{n}"
         if self.kind == "ld":
             return f"!check::ld({n}, {self.least})"
         if self.kind in ("scalar", "size"):
+            return f"!{n}"
+        if self.kind in ("array", "packed") and self.needed == ALWAYS:
             return f"!{n}"
         if self.kind in ("array", "packed") and self.needed:
             return f"!{n} && ({self.needed})"
@@ -127,7 +145,7 @@ class Arg:
         if not self.fits:
             return None
         t = self.fits[0]
-        if self.kind == "inc":
+        if self.kind in ("inc", "stride"):
             return f"!ork::core::vector_fits<{t}>({self.fits[1]}, *{self.name})"
         if self.kind == "ld":
             return f"!ork::core::matrix_fits<{t}>({self.fits[1]}, {self.fits[2]}, *{self.name})"
@@ -159,6 +177,17 @@ def size(name, ctype="uint64_t"):
     return Arg(name, "size", ctype)
 
 
+def count(name):
+    """A count that may be of any sign (0 or less: nothing to do): present."""
+    return Arg(name, "count")
+
+
+def stride(name, elem=None, length=None):
+    """An increment that may be 0 (every element the same one): present; with
+    `elem`, the vector of `length` elements it steps over addressable."""
+    return Arg(name, "stride", fits=(elem, length) if elem else ())
+
+
 def index(name):
     """An integer the kernel takes as given (a 1-based position, a count of
     pieces): no test."""
@@ -171,7 +200,8 @@ def scalar(name, ctype):
 
 
 def array(name, ctype, needed="", out=False):
-    """An array: may be null only when `needed` does not hold."""
+    """An array: may be null only when `needed` does not hold (ALWAYS: never
+    null; an integer array reaches the kernel as it is)."""
     return Arg(name, "array", ctype, out=out, needed=needed)
 
 
@@ -206,12 +236,19 @@ class Routine:
     quick: str = ""  # libork returns at once when this holds (after the tests)
     returns: str = "void"
     doc: str = ""  # one line above the prototype (and above its siblings)
+    quick_result: str = ""  # what the quick return returns (a value-returning routine); default R{}
+    lp64: bool = False  # the kernel library also exports the 32-bit-integer wrapper lp64_name()
 
-    def params(self):
-        return ", ".join(a.decl() for a in self.args)
+    def params(self, lp64=False):
+        return ", ".join(a.decl(lp64) for a in self.args)
 
-    def prototype(self, name):
-        return f"{self.returns} {name}({self.params()});"
+    def prototype(self, name, lp64=False):
+        return f"{self.returns} {name}({self.params(lp64)});"
+
+    def lp64_name(self):
+        """ork_blas_daxpy -> ork_blas_lp64_daxpy"""
+        area, rest = self.name.split("_", 2)[1:]
+        return f"ork_{area}_lp64_{rest}"
 
 
 @dataclass
@@ -238,11 +275,14 @@ class Family:
     def kernel_names(self):
         return [r.kernel for r in self.routines if r.kernel]
 
+    def lp64_names(self):
+        return [r.lp64_name() for r in self.routines if r.lp64]
+
     def core_names(self):
         return [r.name for r in self.routines if r.checked]
 
     def names(self):
-        return sorted(set(self.kernel_names()) | set(self.core_names()) | set(self.exports))
+        return sorted(set(self.kernel_names()) | set(self.core_names()) | set(self.lp64_names()) | set(self.exports))
 
 
 FAMILIES = []
@@ -272,7 +312,7 @@ GENERATED = "generated by frame/gen/orkgen.py from {table}; edit the table, not 
 WIDTH = 100
 
 
-def header(f, table, path, routines, intro, kernel_side):
+def header(f, table, path, routines, intro, kernel_side, lp64=()):
     guard = "ORK_" + pathlib.Path(path).stem.upper() + "_H"
     out = [f"/* {intro} ({GENERATED.format(table=table)}). */",
            f"#ifndef {guard}", f"#define {guard}", "", '#include "ork/types.h"', "", "ORK_BEGIN_C", ""]
@@ -283,6 +323,9 @@ def header(f, table, path, routines, intro, kernel_side):
         if doc:
             out.append(f"/* {doc} */")
         out += [r.prototype(r.kernel if kernel_side else r.name) for r in rs]
+    if lp64:
+        out.append("/* with 32-bit integers: widened, then the entry of the same name without lp64_ */")
+        out += [r.prototype(r.lp64_name(), lp64=True) for r in lp64]
     out += ["", "ORK_END_C", "", "#endif", ""]
     return "\n".join(out)
 
@@ -299,6 +342,18 @@ def kernel_source(f, table):
         call = f"{r.impl}({', '.join(a.unwrap() for a in r.args)})"
         ret = "" if r.returns == "void" else "return "
         out.append(f"ORK_API {r.prototype(r.kernel)[:-1]} {{ {ret}{call}; }}")
+    wide = [r for r in f.routines if r.lp64]
+    if wide:
+        out += ["", "// The 32-bit-integer wrappers: the integers widened, then the entry of the",
+                "// same name called through its dynamic symbol (libork's checked one where",
+                "// the application links libork)."]
+    for r in wide:
+        ints = [a for a in r.args if a.kind in INTEGER_ROLES]
+        temps = ", ".join(f"{a.name}64 = *{a.name}" for a in ints)
+        call = ", ".join(f"&{a.name}64" if a in ints else a.name for a in r.args)
+        ret = "" if r.returns == "void" else "return "
+        out.append(f"ORK_API {r.prototype(r.lp64_name(), lp64=True)[:-1]} "
+                   f"{{ const ork_int {temps}; {ret}{r.name}({call}); }}")
     return "\n".join(out) + "\n"
 
 
@@ -316,17 +371,19 @@ def core_source(f, table):
             continue
         pos = {a.name: i + 1 for i, a in enumerate(r.args)}
         lines = [f"ORK_CORE_API {r.prototype(r.name)[:-1]} {{", f'    const entry e("{r.name}");']
-        fail = "return (void)e.fail" if r.returns == "void" else "return e.fail"
+        void = r.returns == "void"
+        nothing = "" if void else " " + (r.quick_result or f"{r.returns}{{}}")
+        fail = "return (void)e.fail({})" if void else f"return e.fail({{}}), {r.returns}{{{{}}}}"
         for a in r.args:
             t = a.test()
             if t:
-                lines.append(f"    if ({t}) {fail}({pos[a.name]});")
+                lines.append(f"    if ({t}) {fail.format(pos[a.name])};")
         if r.quick:
-            lines.append(f"    if ({r.quick}) return;")
+            lines.append(f"    if ({r.quick}) return{nothing};")
         for a in r.args:
             t = a.range_test()
             if t:
-                lines.append(f"    if ({t}) {fail}({pos[a.report or a.name]});")
+                lines.append(f"    if ({t}) {fail.format(pos[a.report or a.name])};")
         kernel = f"ork::core::kernels().{r.kernel}" if r.kernel else "nullptr"
         call = f"{r.body}(e, {kernel}, {', '.join(a.name for a in r.args)})"
         lines.append(f"    {'' if r.returns == 'void' else 'return '}{call};")
@@ -360,7 +417,8 @@ def export_list(f, table, names, what):
 
 def manifest(f, table):
     out = [f"# {f.title}: every exported name, where it is exported (core: libork checks it,",
-           "# kernel: the kernel libraries; kernel-of:E the kernel behind libork's entry E)",
+           "# kernel: the kernel libraries; kernel-of:E the kernel behind libork's entry E;",
+           "# lp64-of:E the kernel libraries' 32-bit-integer wrapper of E)",
            "# and its arguments' roles",
            f"# ({GENERATED.format(table=table)})."]
     rows = {}
@@ -370,6 +428,8 @@ def manifest(f, table):
             rows[r.name] = f"{r.name} {'core+kernel' if r.kernel == r.name else 'core'} {words}"
         if r.kernel and r.kernel != r.name:
             rows[r.kernel] = f"{r.kernel} {'kernel-of:' + r.name if r.checked else 'kernel'} {words}"
+        if r.lp64:
+            rows[r.lp64_name()] = f"{r.lp64_name()} lp64-of:{r.name} {words}"
     return "\n".join(out + [rows[k] for k in sorted(rows)]) + "\n"
 
 
@@ -388,14 +448,16 @@ def outputs(f, table):
                                         "names they share with it as unchecked kernels)", False)
     if f.kernel_header:
         files[f.kernel_header] = header(f, table, f.kernel_header, kernel_only,
-                                        f"{f.title}: names of the kernel libraries only; unchecked", True)
+                                        f"{f.title}: names of the kernel libraries only; unchecked", True,
+                                        [r for r in f.routines if r.lp64])
     if f.kernel_source:
         files[f.kernel_source] = kernel_source(f, table)
     if f.core_source:
         files[f.core_source] = core_source(f, table)
     if f.binding:
         files[f.binding] = binding(f, table)
-    files[f"exports/baseline/{f.name}.txt"] = export_list(f, table, f.kernel_names(), "Kernel-library exports")
+    files[f"exports/baseline/{f.name}.txt"] = export_list(f, table, f.kernel_names() + f.lp64_names(),
+                                                          "Kernel-library exports")
     files[f"exports/libork/{f.name}.txt"] = export_list(f, table, f.core_names(), "libork's exports")
     files[f"tests/manifest/{f.name}.txt"] = manifest(f, table)
     return files

@@ -38,7 +38,7 @@ def main():
             if where.startswith("kernel-of:"):  # reached through its checked entry
                 name = where.split(":", 1)[1]
             short = re.sub(r"^ork_[a-z]+_(lp64_)?", "", name)
-            stem = re.sub(r"^x?[sdcz]", "", short)
+            stem = re.sub(r"^i?x?[sdcz]", "", short)  # i##p##amax: the index searches
             if name in words or short in words or stem in pasted:
                 continue
             missing.append(f"{manifest.stem}: {name}")
