@@ -157,6 +157,8 @@ class Arg:
         w = self.kind
         if self.kind == "flag":
             w += ":" + self.letters
+        if self.needed == ALWAYS:
+            w += ":" + ALWAYS
         if self.out:
             w += "!"
         return w

@@ -1,6 +1,6 @@
 // Every checked entry of every family manifest, called by name with empty
 // dimensions: all arguments good reports nothing and touches no array (they
-// are null); each argument spoilt in turn (null, or a bad value for its role)
+// are null, or zeros where one is never null); each argument spoilt in turn (null, or a bad value for its role)
 // reports exactly that argument's position under the entry's own name.
 #include <dlfcn.h>
 
@@ -86,9 +86,9 @@ bool good(values& v, std::size_t i, const std::string& role, void*& out) {
     if (kind == "flag") {
         v.letters[i][0] = role[5];
         out = v.letters[i];
-    } else if (kind == "dim" || kind == "size" || kind == "index") out = &v.zero;
-    else if (kind == "ld" || kind == "inc") out = &v.one;
-    else if (kind == "scalar") out = v.zeros;
+    } else if (kind == "dim" || kind == "size" || kind == "index" || kind == "count") out = &v.zero;
+    else if (kind == "ld" || kind == "inc" || kind == "stride") out = &v.one;
+    else if (kind == "scalar" || role.find(":always") != std::string::npos) out = v.zeros;
     else if (kind == "array" || kind == "packed") out = nullptr;
     else return false;
     return true;
@@ -100,7 +100,8 @@ std::vector<void*> bad(values& v, const std::string& role) {
     if (kind == "flag") return {nullptr, const_cast<char*>(v.unknown)};
     if (kind == "dim") return {nullptr, &v.minus_one};
     if (kind == "ld" || kind == "inc") return {nullptr, &v.zero};
-    if (kind == "size" || kind == "scalar") return {nullptr};
+    if (kind == "size" || kind == "scalar" || kind == "count" || kind == "stride") return {nullptr};
+    if (role.find(":always") != std::string::npos) return {nullptr};  // an array never null
     return {};
 }
 
