@@ -17,6 +17,7 @@
 #include "blas/gemm/pack.h"
 #include "blas/gemm/small.h"
 #include "frame/export.h"
+#include "frame/upcall.h"
 
 namespace ork::gemm {
 
@@ -126,17 +127,6 @@ template <> struct engine<cx<double>> : complex_engine<double> {};
 
 template <class T> void release(const workspace<T>& w) { ork_serv_deallocate(w.block); }
 
-// y := alpha*op(A)*x + y through the dispatched entry (its threading
-// applies); a conjugated x is copied first, as gemv cannot conjugate it.
-void dispatched_gemv(char ta, idx m, idx n, double alpha, const double* a, idx lda, const double* x, idx incx,
-                     double* y);
-void dispatched_gemv(char ta, idx m, idx n, float alpha, const float* a, idx lda, const float* x, idx incx,
-                     float* y);
-void dispatched_gemv(char ta, idx m, idx n, cx<double> alpha, const cx<double>* a, idx lda, const cx<double>* x,
-                     idx incx, cx<double>* y);
-void dispatched_gemv(char ta, idx m, idx n, cx<float> alpha, const cx<float>* a, idx lda, const cx<float>* x,
-                     idx incx, cx<float>* y);
-
 // The packed rows of one depth block against one packed B panel: row blocks
 // of mb, each packed and multiplied. Rows beyond the last whole group are
 // left to the caller.
@@ -151,7 +141,8 @@ void rows_against_panel(char ta, idx m, idx kk, idx w, idx mb, T alpha, const T*
 }
 
 // The last n mod q columns: one matrix-vector product each over the whole
-// depth, with column j of op(B) as x (conjugated into a copy for a
+// depth through libork's dispatched gemv (its threading applies;
+// frame/upcall.h), with column j of op(B) as x (conjugated into a copy for a
 // conjugate-transposed B, which gemv cannot do itself). gemv gets the
 // caller's letter for A as written (`ta_written`, 0 when there is none)
 // when it is one gemv accepts, N, T or C in either case; another letter,
@@ -173,8 +164,8 @@ void last_columns(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, id
             x = conj_x;
             incx = 1;
         }
-        if (ta == 'N') dispatched_gemv(gemv_flag, m, k, alpha, a, lda, x, incx, c + j * ldc);
-        else dispatched_gemv(gemv_flag, k, m, alpha, a, lda, x, incx, c + j * ldc);
+        if (ta == 'N') upcall::gemv(gemv_flag, m, k, alpha, a, lda, x, incx, c + j * ldc);
+        else upcall::gemv(gemv_flag, k, m, alpha, a, lda, x, incx, c + j * ldc);
     }
     if (conj_x) ork_serv_deallocate(conj_x);
 }

@@ -9,21 +9,11 @@ using namespace ork::gemm;
 
 namespace {
 
-// The processor test of the real drivers: AMD family-10h parts of the
-// baseline generation take the alternative engine.
-bool barcelona() { return ork_serv_cpu_detect() == 0 && ork_serv_cpuisitbarcelona() != 0; }
-
 template <class T, class C>
 void driver(const char* ta, const char* tb, const ork_int* m, const ork_int* n, const ork_int* k, const C* alpha,
             const C* a, const ork_int* lda, const C* b, const ork_int* ldb, const C* beta, C* c, const ork_int* ldc) {
-    if (*m < 1 || *n < 1) return;
-    if constexpr (!is_complex<T>) {
-        if (barcelona())
-            return gemm::gemm<T, brc_engine<T>>(trans_of<T>(ta), trans_of<T>(tb), *m, *n, *k, *as_elem(alpha),
-                                                as_elem(a), *lda, as_elem(b), *ldb, *as_elem(beta), as_elem(c), *ldc, *ta);
-    }
-    gemm::gemm<T>(trans_of<T>(ta), trans_of<T>(tb), *m, *n, *k, *as_elem(alpha), as_elem(a), *lda, as_elem(b), *ldb,
-                  *as_elem(beta), as_elem(c), *ldc, *ta);
+    product<T>(trans_of<T>(ta), trans_of<T>(tb), *m, *n, *k, *as_elem(alpha), as_elem(a), *lda, as_elem(b), *ldb,
+               *as_elem(beta), as_elem(c), *ldc, *ta);
 }
 
 // What the generation's engine does for a product of depth k (gemm_kernels.h).
@@ -44,25 +34,6 @@ template <class T> void layout(idx k, ork_int* info) {
 }
 
 }  // namespace
-
-namespace ork::gemm {
-namespace {
-// y := alpha*op(A)*x + 1*y through libork's dispatched entry `f`.
-template <class T, class C, class F>
-void gemv_through(F f, char ta, idx m, idx n, T alpha, const T* a, idx lda, const T* x, idx incx, T* y) {
-    const char t[2] = {ta, 0};
-    const C al = to_c(alpha), beta = to_c(one<T>());
-    const idx one_ = 1;
-    f(t, &m, &n, &al, reinterpret_cast<const C*>(a), &lda, reinterpret_cast<const C*>(x), &incx, &beta,
-      reinterpret_cast<C*>(y), &one_);
-}
-}  // namespace
-
-void dispatched_gemv(char ta, idx m, idx n, double alpha, const double* a, idx lda, const double* x, idx incx, double* y) { gemv_through<double, double>(ork_blas_dgemv, ta, m, n, alpha, a, lda, x, incx, y); }
-void dispatched_gemv(char ta, idx m, idx n, float alpha, const float* a, idx lda, const float* x, idx incx, float* y) { gemv_through<float, float>(ork_blas_sgemv, ta, m, n, alpha, a, lda, x, incx, y); }
-void dispatched_gemv(char ta, idx m, idx n, cx<double> alpha, const cx<double>* a, idx lda, const cx<double>* x, idx incx, cx<double>* y) { gemv_through<cx<double>, ork_complex16>(ork_blas_zgemv, ta, m, n, alpha, a, lda, x, incx, y); }
-void dispatched_gemv(char ta, idx m, idx n, cx<float> alpha, const cx<float>* a, idx lda, const cx<float>* x, idx incx, cx<float>* y) { gemv_through<cx<float>, ork_complex8>(ork_blas_cgemv, ta, m, n, alpha, a, lda, x, incx, y); }
-}  // namespace ork::gemm
 
 // ---- drivers
 #define ORK_GEMM_DRIVER(name, T, C) \

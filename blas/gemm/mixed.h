@@ -3,15 +3,14 @@
 //
 // alpha is folded into the separated B: with B' = alpha*op(B) (complex
 // arithmetic), Re C += op(A)*Re B' and Im C += op(A)*Im B', each by the real
-// driver (x?gemm with alpha = beta = 1 and B plain), which is exact algebra
-// since A is real. C is separated before and interleaved after, block by
-// block, in one fixed workspace.
+// engine as x?gemm runs it (alpha = beta = 1, B plain), which is exact
+// algebra since A is real. C is separated before and interleaved after,
+// block by block, in one fixed workspace.
 #pragma once
 
 #include <type_traits>
 
-#include "blas/gemm/driver.h"
-#include "ork/gemm_kernels.h"
+#include "blas/gemm/pieces.h"
 
 namespace ork::gemm {
 
@@ -115,18 +114,10 @@ void pst_mixed(char ta, char tb, idx m, idx n, idx k, cx<R> alpha, const R* a, i
     }
 }
 
-// C += op(A)*B for a separated B and C: the kernel library's real driver.
-inline void real_product(char ta, idx m, idx n, idx k, const double* a, idx lda, const double* b, idx ldb, double* c,
-                         idx ldc) {
-    const char t[2] = {ta, 0};
-    const double one = 1;
-    ork_blas_xdgemm(t, "N", &m, &n, &k, &one, a, &lda, b, &ldb, &one, c, &ldc);
-}
-inline void real_product(char ta, idx m, idx n, idx k, const float* a, idx lda, const float* b, idx ldb, float* c,
-                         idx ldc) {
-    const char t[2] = {ta, 0};
-    const float one = 1;
-    ork_blas_xsgemm(t, "N", &m, &n, &k, &one, a, &lda, b, &ldb, &one, c, &ldc);
+// C += op(A)*B for a separated B and C: the real engine, as its driver runs it.
+template <class R>
+void real_product(char ta, idx m, idx n, idx k, const R* a, idx lda, const R* b, idx ldb, R* c, idx ldc) {
+    product<R>(ta, 'N', m, n, k, R(1), a, lda, b, ldb, R(1), c, ldc);
 }
 
 // The whole call: beta pass; then column blocks of nb, row blocks of mb

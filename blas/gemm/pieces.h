@@ -91,4 +91,23 @@ template <class T, idx KB, idx MB> struct fixed_engine : engine<T> {
 // 64 KiB L1 and 512 KiB L2 better.
 template <class T> using brc_engine = fixed_engine<T, 256, 256>;
 
+// The processor test of the real drivers: AMD family-10h parts of the
+// baseline generation take the alternative engine.
+inline bool barcelona() { return ork_serv_cpu_detect() == 0 && ork_serv_cpuisitbarcelona() != 0; }
+
+// The general product as the exported drivers run it, on arguments already
+// decoded: ta and tb are op letters ('N', 'T', and 'C' for complex types
+// only), ta_written the caller's letter for A (0: none; see last_columns).
+// Level 3 and the mixed products call this, not the exported drivers.
+template <class T>
+void product(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, idx lda, const T* b, idx ldb, T beta, T* c,
+             idx ldc, char ta_written = 0) {
+    if (m < 1 || n < 1) return;
+    if constexpr (!is_complex<T>) {
+        if (barcelona())
+            return gemm<T, brc_engine<T>>(ta, tb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc, ta_written);
+    }
+    gemm<T>(ta, tb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc, ta_written);
+}
+
 }  // namespace ork::gemm

@@ -6,6 +6,7 @@
 
 #include "blas/level2/triangular.h"
 #include "frame/export.h"
+#include "frame/upcall.h"
 #include "ork/blas_level2.h"
 #include "ork/triangular_kernels.h"
 
@@ -24,13 +25,9 @@ struct tri_flags {
     }
 };
 
-template <class C>
-using gemv_with_length = void (*)(const char*, const ork_int*, const ork_int*, const C*, const C*, const ork_int*,
-                                  const C*, const ork_int*, const C*, C*, const ork_int*, std::size_t);
-
 template <class T, class C>
 void trsv(const char* uplo, const char* trans, const char* diag, const ork_int* n, const C* a, const ork_int* lda,
-          C* x, const ork_int* incx, gemv_with_length<C> gemv) {
+          C* x, const ork_int* incx) {
     const auto f = tri_flags::of<T>(uplo, trans, diag);
     // the complex kernels name the operation in words; the real ones pass the caller's flag on
     const char* op = !is_complex<T> ? trans : !f.trans ? "No transpose" : f.conj ? "Conjugate transpose" : "Transpose";
@@ -38,7 +35,8 @@ void trsv(const char* uplo, const char* trans, const char* diag, const ork_int* 
     auto c = [](const T* p) { return reinterpret_cast<const C*>(p); };
     blas::trsv<T>(f.upper, f.trans, f.conj, f.unit, *n, as_elem(a), *lda, as_elem(x), *incx,
                   [&](idx m, idx nc, const T* as, const T* xs, T* ys) {
-                      gemv(op, &m, &nc, &minus, c(as), lda, c(xs), incx, &plus, reinterpret_cast<C*>(ys), incx, 1);
+                      upcall::gemv_with_length<C>()(op, &m, &nc, &minus, c(as), lda, c(xs), incx, &plus,
+                                                    reinterpret_cast<C*>(ys), incx, 1);
                   });
 }
 
@@ -64,25 +62,19 @@ void trmv(tri_flags f, idx n, const T* a, idx lda, T* x, idx incx) {
 
 }  // namespace
 
-// libork's dispatched gemv, declared with the length of its flag after the
-// arguments, as a Fortran-style caller passes it.
-#define ORK_GEMV_WITH_LENGTH(p, T, C) \
-    extern "C" void ork_tri_##p##gemv(const char*, const ork_int*, const ork_int*, const C*, const C*, const ork_int*, const C*, const ork_int*, const C*, C*, const ork_int*, std::size_t) __asm__("ork_blas_" #p "gemv");
-
 #define ORK_FOR_TYPES(X) X(s, float, float) X(d, double, double) X(c, cx<float>, ork_complex8) X(z, cx<double>, ork_complex16)
 #define ORK_TRI_FLAGS tri_flags::of<T>(uplo, trans, diag)
 #define ORK_TRI_ARGS const char *uplo, const char *trans, const char *diag, const ork_int *n
 
 // ---- blocked solve, products and solves in band and packed storage
 #define ORK_TRIANGULAR(p, T_, C) \
-    ORK_API void ork_blas_##p##trsv(ORK_TRI_ARGS, const C* a, const ork_int* lda, C* x, const ork_int* incx) { trsv<T_>(uplo, trans, diag, n, a, lda, x, incx, &ork_tri_##p##gemv); } \
+    ORK_API void ork_blas_##p##trsv(ORK_TRI_ARGS, const C* a, const ork_int* lda, C* x, const ork_int* incx) { trsv<T_>(uplo, trans, diag, n, a, lda, x, incx); } \
     ORK_API void ork_blas_x##p##trmv(ORK_TRI_ARGS, const C* a, const ork_int* lda, C* x, const ork_int* incx) { using T = T_; trmv(ORK_TRI_FLAGS, *n, as_elem(a), *lda, as_elem(x), *incx); } \
     ORK_API void ork_blas_x##p##trmv_in_thread(ORK_TRI_ARGS, const C* a, const ork_int* lda, const C* x, const ork_int* incx, C* y, const ork_int* first, const ork_int* len) { using T = T_; const auto f = ORK_TRI_FLAGS; blas::trmv_range(f.upper, f.trans, f.conj, f.unit, *n, as_elem(a), *lda, as_elem(x), *incx, as_elem(y), *first, *len); } \
     ORK_API void ork_blas_##p##tbmv(ORK_TRI_ARGS, const ork_int* k, const C* a, const ork_int* lda, C* x, const ork_int* incx) { using T = T_; const auto f = ORK_TRI_FLAGS; blas::tri_mv(blas::band_storage<T>{as_elem(a), *lda, *n, *k, f.upper}, f.upper, f.trans, f.conj, f.unit, *n, as_elem(x), *incx); } \
     ORK_API void ork_blas_##p##tbsv(ORK_TRI_ARGS, const ork_int* k, const C* a, const ork_int* lda, C* x, const ork_int* incx) { using T = T_; const auto f = ORK_TRI_FLAGS; blas::tri_sv(blas::band_storage<T>{as_elem(a), *lda, *n, *k, f.upper}, f.upper, f.trans, f.conj, f.unit, *n, as_elem(x), *incx); } \
     ORK_API void ork_blas_##p##tpmv(ORK_TRI_ARGS, const C* ap, C* x, const ork_int* incx) { using T = T_; const auto f = ORK_TRI_FLAGS; blas::tri_mv(blas::packed_storage<T>{as_elem(ap), *n, f.upper}, f.upper, f.trans, f.conj, f.unit, *n, as_elem(x), *incx); } \
     ORK_API void ork_blas_##p##tpsv(ORK_TRI_ARGS, const C* ap, C* x, const ork_int* incx) { using T = T_; const auto f = ORK_TRI_FLAGS; blas::tri_sv(blas::packed_storage<T>{as_elem(ap), *n, f.upper}, f.upper, f.trans, f.conj, f.unit, *n, as_elem(x), *incx); }
-ORK_FOR_TYPES(ORK_GEMV_WITH_LENGTH)
 ORK_FOR_TYPES(ORK_TRIANGULAR)
 
 // ---- diagonal blocks of the solve: p, T, C, suffix, lower, transposed, conjugated, unit

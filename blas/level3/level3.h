@@ -1,14 +1,13 @@
 // The level-3 kernels besides the general product, written once over the
 // element type: symmetric and Hermitian products, rank-k and rank-2k updates,
-// triangular multiply and solve. Rectangular work goes through this
-// library's own gemm drivers; diagonal blocks through compact loops here.
+// triangular multiply and solve. Rectangular work goes to this library's
+// gemm engine through its templates; diagonal blocks through compact loops here.
 #pragma once
 
 #include <type_traits>
 
-#include "blas/gemm/small.h"
+#include "blas/gemm/pieces.h"
 #include "frame/export.h"
-#include "ork/gemm_kernels.h"
 
 namespace ork::level3 {
 
@@ -29,24 +28,9 @@ template <class R> cx<R> divide(cx<R> a, cx<R> b) {
     return {(a.re * r + a.im) / d, (a.im * r - a.re) / d};
 }
 
-// The driver's flag words; only the first letter is read.
-inline const char* word(char t) { return t == 'N' ? "No tranpose" : t == 'T' ? "Transpose" : "Conjugate transpose"; }
-
-// C := alpha*op(A)*op(B) + beta*C through the exported driver of T.
-template <class T>
-void mm(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, idx lda, const T* b, idx ldb, T beta, T* c,
-        idx ldc) {
-    if (m < 1 || n < 1) return;
-    using C = typename c_type_of<T>::type;
-    const C al = to_c(alpha), be = to_c(beta);
-    auto A = reinterpret_cast<const C*>(a), B = reinterpret_cast<const C*>(b);
-    auto Cp = reinterpret_cast<C*>(c);
-    const char *fa = word(ta), *fb = word(tb);
-    if constexpr (std::is_same_v<T, float>) ork_blas_xsgemm(fa, fb, &m, &n, &k, &al, A, &lda, B, &ldb, &be, Cp, &ldc);
-    else if constexpr (std::is_same_v<T, double>) ork_blas_xdgemm(fa, fb, &m, &n, &k, &al, A, &lda, B, &ldb, &be, Cp, &ldc);
-    else if constexpr (std::is_same_v<T, cx<float>>) ork_blas_xcgemm(fa, fb, &m, &n, &k, &al, A, &lda, B, &ldb, &be, Cp, &ldc);
-    else ork_blas_xzgemm(fa, fb, &m, &n, &k, &al, A, &lda, B, &ldb, &be, Cp, &ldc);
-}
+// C := alpha*op(A)*op(B) + beta*C by this library's gemm engine, called
+// through its template (ta, tb: op letters, 'C' for complex types only).
+using gemm::product;
 
 // Order of the diagonal blocks of the triangular kernels: one depth block
 // of the gemm engine of T, so each update is one pass of its nest; half of
@@ -276,10 +260,10 @@ void trsm(const tri_call& s, idx m, idx n, T alpha, const T* a, idx lda, T* b, i
         const idx r0 = forward ? i0 + ib : 0, rn = forward ? na - r0 : i0;  // unknowns left
         if (s.left) {
             solve_left(s.op_lower(), ib, w, n, b + i0, ldb);
-            mm(s.t, 'N', rn, n, ib, minus_one<T>(), op_ptr(s.t, a, lda, r0, i0), lda, b + i0, ldb, one<T>(), b + r0, ldb);
+            product(s.t, 'N', rn, n, ib, minus_one<T>(), op_ptr(s.t, a, lda, r0, i0), lda, b + i0, ldb, one<T>(), b + r0, ldb);
         } else {
             solve_right(s.op_lower(), ib, w, m, b + i0 * ldb, ldb);
-            mm('N', s.t, m, rn, ib, minus_one<T>(), b + i0 * ldb, ldb, op_ptr(s.t, a, lda, i0, r0), lda, one<T>(),
+            product('N', s.t, m, rn, ib, minus_one<T>(), b + i0 * ldb, ldb, op_ptr(s.t, a, lda, i0, r0), lda, one<T>(),
                b + r0 * ldb, ldb);
         }
     });
@@ -301,10 +285,10 @@ void trmm(const tri_call& s, idx m, idx n, T alpha, const T* a, idx lda, T* b, i
         take_triangle(s.t, s.lower, s.unit, ib, a + i0 + i0 * lda, lda, w);
         const idx f0 = ascending ? 0 : i0 + ib, fn = ascending ? i0 : na - f0;  // the blocks done
         if (s.left) {
-            mm(s.t, 'N', fn, n, ib, alpha, op_ptr(s.t, a, lda, f0, i0), lda, b + i0, ldb, one<T>(), b + f0, ldb);
+            product(s.t, 'N', fn, n, ib, alpha, op_ptr(s.t, a, lda, f0, i0), lda, b + i0, ldb, one<T>(), b + f0, ldb);
             multiply_left(s.op_lower(), ib, w, alpha, n, b + i0, ldb);
         } else {
-            mm('N', s.t, m, fn, ib, alpha, b + i0 * ldb, ldb, op_ptr(s.t, a, lda, i0, f0), lda, one<T>(),
+            product('N', s.t, m, fn, ib, alpha, b + i0 * ldb, ldb, op_ptr(s.t, a, lda, i0, f0), lda, one<T>(),
                b + f0 * ldb, ldb);
             multiply_right(s.op_lower(), ib, w, alpha, m, b + i0 * ldb, ldb);
         }
@@ -351,8 +335,8 @@ void symm_recursive(bool left, bool lower, idx na, idx n, T alpha, const T* a, i
     if (na < 1 || n < 1) return;
     if (na <= symm_leaf) {
         expand<T, herm>(lower, na, a, lda, w);
-        if (left) mm('N', 'N', na, n, na, alpha, w, na, b, ldb, one<T>(), c, ldc);
-        else mm('N', 'N', n, na, na, alpha, b, ldb, w, na, one<T>(), c, ldc);
+        if (left) product('N', 'N', na, n, na, alpha, w, na, b, ldb, one<T>(), c, ldc);
+        else product('N', 'N', n, na, na, alpha, b, ldb, w, na, one<T>(), c, ldc);
         return;
     }
     const idx h1 = half(na), h2 = na - h1;
@@ -362,12 +346,12 @@ void symm_recursive(bool left, bool lower, idx na, idx n, T alpha, const T* a, i
     const T* a22 = a + h1 + h1 * lda;
     symm_recursive<T, herm>(left, lower, h1, n, alpha, a, lda, b, ldb, c, ldc, w);
     if (left) {
-        mm(op12, 'N', h1, n, h2, alpha, S, lda, b + h1, ldb, one<T>(), c, ldc);
-        mm(op21, 'N', h2, n, h1, alpha, S, lda, b, ldb, one<T>(), c + h1, ldc);
+        product(op12, 'N', h1, n, h2, alpha, S, lda, b + h1, ldb, one<T>(), c, ldc);
+        product(op21, 'N', h2, n, h1, alpha, S, lda, b, ldb, one<T>(), c + h1, ldc);
         symm_recursive<T, herm>(left, lower, h2, n, alpha, a22, lda, b + h1, ldb, c + h1, ldc, w);
     } else {
-        mm('N', op21, n, h1, h2, alpha, b + h1 * ldb, ldb, S, lda, one<T>(), c, ldc);
-        mm('N', op12, n, h2, h1, alpha, b, ldb, S, lda, one<T>(), c + h1 * ldc, ldc);
+        product('N', op21, n, h1, h2, alpha, b + h1 * ldb, ldb, S, lda, one<T>(), c, ldc);
+        product('N', op12, n, h2, h1, alpha, b, ldb, S, lda, one<T>(), c + h1 * ldc, ldc);
         symm_recursive<T, herm>(left, lower, h2, n, alpha, a22, lda, b + h1 * ldb, ldb, c + h1 * ldc, ldc, w);
     }
 }
@@ -439,9 +423,9 @@ struct rank_update {
     // P(rows r0.., cols c0..) := alpha*op(A)op(B)' [+ alpha2*op(B)op(A)'] + bet*P
     void products(idx r0, idx rn, idx c0, idx cn, T bet, T* p, idx ldp) const {
         const char tr = herm ? 'C' : 'T', ta = nt ? 'N' : tr, tb = nt ? tr : 'N';
-        if (!two) return mm(ta, tb, rn, cn, k, alpha, row(a, lda, r0), lda, row(a, lda, c0), lda, bet, p, ldp);
-        mm(ta, tb, rn, cn, k, alpha, row(a, lda, r0), lda, row(b, ldb, c0), ldb, bet, p, ldp);
-        mm(ta, tb, rn, cn, k, alpha2, row(b, ldb, r0), ldb, row(a, lda, c0), lda, one<T>(), p, ldp);
+        if (!two) return product(ta, tb, rn, cn, k, alpha, row(a, lda, r0), lda, row(a, lda, c0), lda, bet, p, ldp);
+        product(ta, tb, rn, cn, k, alpha, row(a, lda, r0), lda, row(b, ldb, c0), ldb, bet, p, ldp);
+        product(ta, tb, rn, cn, k, alpha2, row(b, ldb, r0), ldb, row(a, lda, c0), lda, one<T>(), p, ldp);
     }
     // The triangle of order n at (j0, j0) of C.
     void run(idx j0, idx n, T* c, idx ldc) const {
