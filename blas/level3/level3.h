@@ -260,11 +260,12 @@ void trsm(const tri_call& s, idx m, idx n, T alpha, const T* a, idx lda, T* b, i
         const idx r0 = forward ? i0 + ib : 0, rn = forward ? na - r0 : i0;  // unknowns left
         if (s.left) {
             solve_left(s.op_lower(), ib, w, n, b + i0, ldb);
-            product(s.t, 'N', rn, n, ib, minus_one<T>(), op_ptr(s.t, a, lda, r0, i0), lda, b + i0, ldb, one<T>(), b + r0, ldb);
+            product(s.t, 'N', rn, n, ib, minus_one<T>(), op_ptr(s.t, a, lda, r0, i0), lda, b + i0, ldb, one<T>(),
+                    b + r0, ldb);
         } else {
             solve_right(s.op_lower(), ib, w, m, b + i0 * ldb, ldb);
             product('N', s.t, m, rn, ib, minus_one<T>(), b + i0 * ldb, ldb, op_ptr(s.t, a, lda, i0, r0), lda, one<T>(),
-               b + r0 * ldb, ldb);
+                    b + r0 * ldb, ldb);
         }
     });
     ork_serv_deallocate(w);
@@ -289,7 +290,7 @@ void trmm(const tri_call& s, idx m, idx n, T alpha, const T* a, idx lda, T* b, i
             multiply_left(s.op_lower(), ib, w, alpha, n, b + i0, ldb);
         } else {
             product('N', s.t, m, fn, ib, alpha, b + i0 * ldb, ldb, op_ptr(s.t, a, lda, i0, f0), lda, one<T>(),
-               b + f0 * ldb, ldb);
+                    b + f0 * ldb, ldb);
             multiply_right(s.op_lower(), ib, w, alpha, m, b + i0 * ldb, ldb);
         }
     });

@@ -3,7 +3,8 @@
 
 Checks that the library defines exactly the listed dynamic symbols, that every
 undefined symbol is either versioned from the C runtime or in the import list,
-that it needs no library outside the allowed set, and that every listed name
+that it needs no library outside the allowed set, that it reaches none of its
+own kernels of a given prefix through their symbols, and that every listed name
 is declared in a public header.
 """
 import argparse
@@ -34,6 +35,12 @@ def dynamic_symbols(lib):
     return defined, undefined
 
 
+def bound_by_symbol(lib):
+    """Names the library's own code reaches through its relocations (PLT or GOT)."""
+    out = subprocess.run(["readelf", "-rW", lib], check=True, capture_output=True, text=True).stdout
+    return {m.group(1) for m in re.finditer(r"R_X86_64_(?:JUMP_SLOT|GLOB_DAT|64)\s+\S+\s+(\S+?)(?:@\S*)?\s", out)}
+
+
 def needed(lib):
     out = subprocess.run(["readelf", "-d", lib], check=True, capture_output=True, text=True).stdout
     return re.findall(r"\(NEEDED\)\s+Shared library: \[([^\]]+)\]", out)
@@ -49,6 +56,8 @@ def main():
                     help="shared objects the library may need (prefix match)")
     ap.add_argument("--allow-undefined-prefix", nargs="*", default=[],
                     help="undefined names allowed by prefix (sanitizer runtimes)")
+    ap.add_argument("--not-bound-prefix",
+                    help="exports with this prefix that the library must call directly, never through the symbol")
     ap.add_argument("--headers", help="folder of public headers that must declare every export")
     ap.add_argument("--expect-count", type=int, help="number of exports the list must hold")
     args = ap.parse_args()
@@ -77,6 +86,11 @@ def main():
                 continue  # versioned C runtime symbol, or a weak reference of the toolchain
             if name not in allowed and not name.startswith(tuple(args.allow_undefined_prefix)):
                 problems.append(f"unexpected undefined symbol: {name}")
+
+    if args.not_bound_prefix:
+        for name in sorted(bound_by_symbol(args.lib) & defined):
+            if name.startswith(args.not_bound_prefix):
+                problems.append(f"calls its own export through the symbol: {name}")
 
     if args.allow_needed is not None:
         for lib in needed(args.lib):
