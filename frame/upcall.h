@@ -6,9 +6,9 @@
 // threading apply to them (and the call-recording harness sees them); each
 // is declared here and nowhere else:
 // - upcall::gemv: the gemm drivers' last n mod q columns (blas/gemm/driver.h);
-// - upcall::gemv_with_length: the blocked ?trsv's coupling
-//   of its diagonal blocks, with the flag's length after the arguments as a
-//   Fortran-style caller passes it (blas/level2/triangular_exports.cpp);
+// - upcall::gemv_with_length: the blocked ?trsv's coupling of its diagonal
+//   blocks, with the flag's length after the arguments as a Fortran-style
+//   caller passes it (blas/level2/triangular_exports.cpp);
 // - the lp64_ wrappers (frame/lp64.cpp), whose whole job is to forward to the
 //   entry of the same name by its dynamic symbol.
 #pragma once
