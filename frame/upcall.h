@@ -9,8 +9,9 @@
 // - upcall::gemv_with_length: the blocked ?trsv's coupling of its diagonal
 //   blocks, with the flag's length after the arguments as a Fortran-style
 //   caller passes it (blas/level2/triangular_exports.cpp);
-// - the lp64_ wrappers (frame/lp64.cpp), whose whole job is to forward to the
-//   entry of the same name by its dynamic symbol.
+// - the lp64_ wrappers (generated into blas/level1/exports.cpp from its
+//   table), whose whole job is to forward to the entry of the same name by
+//   its dynamic symbol.
 #pragma once
 
 #include <cstddef>
