@@ -43,8 +43,16 @@ void panel(idx h, idx kkr_run, const T* pa, const T* pb, T* c, idx ldc) {
         const R* ap = par + g * ra * kkr * cb;
         const R* bp = pbr;
         T* cg = c + g * ra;
+        // C's block is read once, after the depth loop: fetch every line of
+        // it now (ra rows may span two or three lines of a column when the
+        // column is not line-aligned or ra*sizeof(T) > 64).
 #pragma GCC unroll 24
-        for (int col = 0; col < PW; ++col) __builtin_prefetch(cg + col * ldc, 1);
+        for (int col = 0; col < PW; ++col) {
+            const char* c0 = reinterpret_cast<const char*>(cg + col * ldc);
+#pragma GCC unroll 4
+            for (int off = 0; off < ra * int(sizeof(T)); off += 64) __builtin_prefetch(c0 + off, 1);
+            __builtin_prefetch(c0 + ra * int(sizeof(T)) - 1, 1);
+        }
 #pragma GCC unroll 2
         for (idx r = 0; r < kkr; ++r) {
             V a[mv];

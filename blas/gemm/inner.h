@@ -26,6 +26,15 @@ void multiply_128(idx h, idx w, const float* pa, const float* pb, float* c, idx 
 void multiply_128(idx h, idx w, const cx<double>* pa, const cx<double>* pb, cx<double>* c, idx ldc, void* scratch);
 void multiply_128(idx h, idx w, const cx<float>* pa, const cx<float>* pb, cx<float>* c, idx ldc, void* scratch);
 
+// dest := the pw-column panel of a plain B (op(B) = B, columns b, b + ldb,
+// ...) over depth rows 0 .. kk-1, row r at dest + pw*r: the packed-B panel
+// layout of shape.h, rows past kk not written. For the generations whose
+// tuning table sets own_b_packer; pw is one of the table's widths.
+void pack_b_plain(idx kk, idx pw, const double* b, idx ldb, double* dest);
+void pack_b_plain(idx kk, idx pw, const float* b, idx ldb, float* dest);
+void pack_b_plain(idx kk, idx pw, const cx<double>* b, idx ldb, cx<double>* dest);
+void pack_b_plain(idx kk, idx pw, const cx<float>* b, idx ldb, cx<float>* dest);
+
 // Wrap-up of a register block: C(0 .. MV*lanes/cb - 1, 0 .. PW-1) += the
 // accumulators, one vector of rows per acc[m][column] (for complex types two,
 // the sums against re(b) and im(b), combined first); aligned accesses when

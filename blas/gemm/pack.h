@@ -1,6 +1,7 @@
 // Packing of op(A) blocks and op(B) panels into the layouts of shape.h.
 #pragma once
 
+#include "blas/gemm/inner.h"
 #include "blas/gemm/shape.h"
 
 namespace ork::gemm {
@@ -53,7 +54,8 @@ ORK_PACKER idx pack_a(char t, idx h, idx kk, const T* a, idx lda, T* dest, T alp
 }
 
 // op(B)(0 .. kk-1, 0 .. w-1), w a multiple of q, in panels: a plain source
-// is gathered from pw columns in step, a transposed one copied row by row.
+// is gathered from pw columns in step (by the generation's own packer where
+// its table says it has one), a transposed one copied row by row.
 template <class T>
 ORK_PACKER void pack_b(char t, idx kk, idx w, const T* b, idx ldb, T* dest) {
     const idx kkr = round_up4(kk);
@@ -61,8 +63,12 @@ ORK_PACKER void pack_b(char t, idx kk, idx w, const T* b, idx ldb, T* dest) {
         T* p = dest + c0 * kkr;
         if (t == 'N') {
             const T* src = b + c0 * ldb;
-            for (idx r = 0; r < kk; ++r)
-                for (idx c = 0; c < pw; ++c) p[pw * r + c] = src[r + c * ldb];
+            if constexpr (shape<T>::own_b_packer) {
+                inner::pack_b_plain(kk, pw, src, ldb, p);
+            } else {
+                for (idx r = 0; r < kk; ++r)
+                    for (idx c = 0; c < pw; ++c) p[pw * r + c] = src[r + c * ldb];
+            }
         } else {
             const T* src = b + c0;
             for (idx r = 0; r < kk; ++r, src += ldb)

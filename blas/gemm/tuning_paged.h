@@ -15,6 +15,8 @@ namespace ork::gemm {
 struct paged_workspace {
     static constexpr idx scratch = 0;
     static constexpr bool fused = true;
+    // plain B is packed by inner::pack_b_plain (register transposes)
+    static constexpr bool own_b_packer = true;
     // double plan
     static constexpr idx ws_a_gap = 8704, ws_scratch_at = 640, ws_b_at = 768, ws_extra = 18176;
 };

@@ -26,6 +26,8 @@ template <class T> struct tuning;
 //   scratch        bytes per depth row of the kernel's broadcast copy of one
 //                  B panel (widths[0] values, two vectors each when complex)
 //   fused          the kernel sums with fused multiply-adds
+//   own_b_packer   plain B panels are packed by inner::pack_b_plain rather
+//                  than by pack.h's loop
 //   kb, mb, nb     depth, row and column blocks
 //   small_below    m, n or k below this: one plain product
 //   ws_*           the workspace carving of the type's plan (driver.h)
@@ -35,7 +37,7 @@ template <class T> struct tuning;
 template <> struct tuning<double> {
     static constexpr int ra = 2, q = 4, widths[3] = {12, 8, 4};
     static constexpr idx scratch = 12 * 16;
-    static constexpr bool fused = false;
+    static constexpr bool fused = false, own_b_packer = false;
     static constexpr idx kb = 128, mb = 512, nb = 4992, small_below = 2;
     // shallow, large products (k <= 2*kb, m + n >= shallow_sum): taller row
     // blocks for shallower depth blocks, shallow_rows[i] up to depth
@@ -57,7 +59,7 @@ template <> struct tuning<double> {
 template <> struct tuning<float> {
     static constexpr int ra = 8, q = 4, widths[3] = {4, 4, 4};
     static constexpr idx scratch = 4 * 16;
-    static constexpr bool fused = false;
+    static constexpr bool fused = false, own_b_packer = false;
     static constexpr idx kb = 112, mb = 648, nb = 2000, small_below = 8;
     // A from the page after the start; the scratch at (start + 4096 + mb*kb*4
     // + ws_a_gap) rounded down to 128, plus ws_scratch_at; B on the page after
@@ -73,7 +75,7 @@ template <> struct tuning<float> {
 template <class R> struct complex_tuning {
     static constexpr int ra = 16 / int(2 * sizeof(R)), q = 2, widths[3] = {6, 4, 2};
     static constexpr idx scratch = 6 * 2 * 16;
-    static constexpr bool fused = false;
+    static constexpr bool fused = false, own_b_packer = false;
     static constexpr idx kb = 64, mb = 320, nb = 2048, small_below = 2;
     // A from the page after the start; the scratch at (start + 4096 + A's
     // bytes) rounded down to 128, plus ws_scratch_at; B on the page after
