@@ -17,10 +17,17 @@ namespace ork::gemm {
 
 template <class T> struct tuning;
 
-// 16 x 12: two vectors of eight rows, twelve columns.
+// 32 x 6: four vectors of eight rows, six columns (four A loads and six
+// broadcasts per 24 fused multiply-adds; 16 x 12 took twelve broadcasts and
+// ran 3-6% slower on Zen 4, whose 64-byte operations go through 32-byte
+// halves). Row blocks of 320 (655 KiB of packed A in the 1 MiB L2). Swept
+// 2026-11-25 on the machine above with bench/gemm_bench.cpp, ork against
+// ork (kb 128-384, mb 128-384, 16 x 12 against 32 x 6; CPU-time GFLOP/s,
+// best of 2-3 rounds, load average 11-13): differences in kb and mb stayed
+// within 2-3%; bench/results/gemm_avx.md.
 template <> struct tuning<double> : paged_workspace {
-    static constexpr int ra = 16, q = 4, widths[3] = {12, 8, 4};
-    static constexpr idx kb = 256, mb = 192, nb = 4096, small_below = 2;
+    static constexpr int ra = 32, q = 2, widths[3] = {6, 4, 2};
+    static constexpr idx kb = 256, mb = 320, nb = 4096, small_below = 2;
     static constexpr idx shallow_sum = idx(1) << 62, shallow_depth[3] = {0, 0, 0}, shallow_rows[4] = {mb, mb, mb, mb};
 };
 
