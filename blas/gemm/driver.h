@@ -209,8 +209,28 @@ inline constexpr idx sum_rows = 256;  // elements of C summed side by side
 // kernel's arithmetic, four depths per pass over contiguous columns of sa.
 // Compiled for the fused multiply-add of the generation's kernels where they
 // fuse (ORK_GEMM_SUMS, tuning.h), so that the sums vectorise.
+// Fewer than few_rows rows (a call's leftover rows): side_cols columns side
+// by side, so that their sums, each a chain of dependent multiply-adds,
+// overlap; each element's operations are the same.
+inline constexpr idx few_rows = 16, side_cols = 8;
 template <class T>
 ORK_GEMM_SUMS void add_chunk_sums(char tb, idx h, idx kk, idx n, const T* sa, const T* b, idx ldb, T* c, idx ldc) {
+    if (h < few_rows) {
+        for (idx j0 = 0; j0 < n; j0 += side_cols) {
+            const idx jn = n - j0 < side_cols ? n - j0 : side_cols;
+            kernel_sum<T> acc[side_cols][few_rows];
+            for (idx jj = 0; jj < jn; ++jj)
+                for (idx i = 0; i < h; ++i) acc[jj][i] = kernel_sum<T>{};
+            for (idx l = 0; l < kk; ++l)
+                for (idx jj = 0; jj < jn; ++jj) {
+                    const T bv = op_at(tb, b, ldb, l, j0 + jj);
+                    for (idx i = 0; i < h; ++i) acc[jj][i].add(sa[i + l * h], bv);
+                }
+            for (idx jj = 0; jj < jn; ++jj)
+                for (idx i = 0; i < h; ++i) c[i + (j0 + jj) * ldc] = c[i + (j0 + jj) * ldc] + acc[jj][i].value();
+        }
+        return;
+    }
     for (idx j = 0; j < n; ++j) {
         kernel_sum<T> acc[sum_rows];  // only the h in use are cleared
         for (idx i = 0; i < h; ++i) acc[i] = kernel_sum<T>{};

@@ -8,8 +8,13 @@
 // of a KVM guest) from the cache sizes, not by a sweep, and measured once,
 // under heavy load, against OpenBLAS with bench/gemm_bench.cpp
 // (ORK_KERNEL_LIBRARY=.../libork_avx2.so python3 bench/compare.py gemm):
-// bench/results/gemm_avx.md. A sweep on a quiet machine should revisit kb
-// and mb.
+// bench/results/gemm_avx.md. Re-measured 2026-11-25 21:16 UTC on the same
+// machine after the register-transpose B packer (own_b_packer) and the C
+// prefetch of fused_kernel.h, all three libraries in one run
+// (python3 bench/compare.py gemm --generations; load average 12-17): n >= 512
+// at 0.96-1.06 of OpenBLAS on CPU time, the same file. The blocks were not
+// swept for this generation; a sweep on a quiet machine should revisit kb and
+// mb.
 // Field meanings: tuning_sse2.h. No scratch: B values are broadcast from
 // packed B itself.
 #pragma once
