@@ -1,7 +1,7 @@
-// The plain-B packer of the generations with 32-byte vectors: pw columns of
-// op(B) = B gathered into depth rows of a packed panel by register
-// transposes (vector loads down each column, whole rows stored), in place of
-// one strided scalar load per element.
+// The plain-B packer of the fused generations (AVX2, and AVX-512 with the
+// same 32-byte transposes): pw columns of op(B) = B gathered into depth rows
+// of a packed panel by register transposes (vector loads down each column,
+// whole rows stored), in place of one strided scalar load per element.
 #pragma once
 
 #include <immintrin.h>
