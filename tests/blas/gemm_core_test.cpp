@@ -42,45 +42,7 @@ TYPED_TEST(GemmEntry, TwoThreadsGiveTheBitsOfOne) {
     }
 }
 
-// Reference positions: transa 1, transb 2, m 3, n 4, k 5, lda 8 (below
-// max(1, rows of A as stored)), ldb 10, ldc 13 (below max(1, m)); the first
-// bad argument is the one reported, and C is not written. The boundary
-// values themselves are accepted and clear the record.
-TYPED_TEST(GemmEntry, ArgumentErrors) {
-    using T = TypeParam;
-    struct call {
-        const char *ta, *tb;
-        idx m, n, k, lda, ldb, ldc;
-        int position;
-    };
-    const call calls[] = {
-        {"X", "N", 3, 2, 4, 3, 4, 3, 1},   {"", "N", 3, 2, 4, 3, 4, 3, 1},    {"N", "/", 3, 2, 4, 3, 4, 3, 2},
-        {"N", "N", -1, 2, 4, 3, 4, 3, 3},  {"T", "N", 3, -1, 4, 4, 4, 3, 4},  {"N", "T", 3, 2, -1, 3, 2, 3, 5},
-        {"N", "N", 3, 2, 4, 2, 4, 3, 8},   {"T", "N", 3, 2, 4, 3, 4, 3, 8},   {"C", "N", 0, 2, 4, 3, 4, 1, 8},
-        {"N", "N", 0, 2, 4, 0, 4, 1, 8},   {"N", "N", 3, 2, 4, 3, 3, 3, 10},  {"N", "T", 3, 2, 4, 3, 1, 3, 10},
-        {"N", "C", 3, 2, 0, 3, 1, 3, 10},  {"N", "N", 3, 2, 0, 3, 0, 3, 10},  {"N", "N", 3, 2, 4, 3, 4, 2, 13},
-        {"N", "N", 0, 2, 4, 1, 4, 0, 13},  {"X", "?", -1, -1, -1, 0, 0, 0, 1}, {"N", "N", 3, -2, -4, 0, 0, 0, 4},
-        {"t", "c", 3, 2, 4, 4, 2, 3, 0},   {"n", "n", 3, 2, 4, 3, 4, 3, 0},   {"N", "N", 0, 0, 0, 1, 1, 1, 0},
-    };
-    error_reports reports;
-    std::mt19937_64 g(22);
-    std::vector<T> a(16), b(16);
-    for (T& x : a) x = rnd<T>(g);
-    for (T& x : b) x = rnd<T>(g);
-    const T alpha = make<T>(2), beta = make<T>(0);
-    for (const call& c : calls) {
-        SCOPED_TRACE(::testing::Message() << c.ta << " " << c.tb << " m=" << c.m << " n=" << c.n << " k=" << c.k
-                                          << " lda=" << c.lda << " ldb=" << c.ldb << " ldc=" << c.ldc);
-        buffer<T> C(16, 0, nan_of<T>());
-        reports.seen.clear();
-        gk<T>::entry(c.ta, c.tb, &c.m, &c.n, &c.k, &alpha, a.data(), &c.lda, b.data(), &c.ldb, &beta, C.data(),
-                     &c.ldc);
-        EXPECT_EQ(ork_last_error(), c.position);
-        EXPECT_TRUE(reports.one(gk<T>::entry_name, c.position));
-        if (c.position == 0) continue;
-        EXPECT_STREQ(ork_last_error_routine(), gk<T>::entry_name);
-        EXPECT_TRUE(same_all(C.snapshot(), std::vector<T>(16, nan_of<T>())));
-    }
-}
+// The reference positions (gemm_testing.h: argument_errors).
+TYPED_TEST(GemmEntry, ArgumentErrors) { argument_errors<TypeParam, TypeParam>(gk<TypeParam>::entry_name, gk<TypeParam>::entry); }
 
 }  // namespace

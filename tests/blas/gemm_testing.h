@@ -353,4 +353,51 @@ template <class T, class F> gmat<T> run(F f, const gcase& c, std::mt19937_64& g,
     return C;
 }
 
+// ---- argument checks of a ?gemm-like entry (A of type TA): a valid call
+// (m = 3, n = 2, k = 4, op(B) = B^T) with each argument spoiled in turn
+// (`missing` passes that one as null), the boundaries of the leading
+// dimensions, and several bad arguments at once, the first one reported; C
+// is not written, and the boundary values themselves are accepted.
+template <class TA, class T, class F> void argument_errors(const std::string& name, F f) {
+    std::mt19937_64 g(77);
+    std::vector<TA> a(32);
+    std::vector<T> b(32), c(32);
+    for (TA& x : a) x = rnd<TA>(g);
+    for (T& x : b) x = rnd<T>(g);
+    for (T& x : c) x = rnd<T>(g);
+    const T alpha = make<T>(2), beta = make<T>(0.5);
+    struct call {
+        const char *ta = "N", *tb = "T";
+        idx m = 3, n = 2, k = 4, lda = 3, ldb = 2, ldc = 3;
+        int missing = 0, position = 0;
+    };
+    std::vector<call> calls(13);
+    for (int p = 1; p <= 13; ++p) {
+        call& x = calls[std::size_t(p - 1)];
+        x.position = p;
+        if (p == 1) x.ta = "X";
+        else if (p == 2) x.tb = "";
+        else if (p <= 5) (p == 3 ? x.m : p == 4 ? x.n : x.k) = -1;
+        else if (p == 8 || p == 10 || p == 13) (p == 8 ? x.lda : p == 10 ? x.ldb : x.ldc) = 2 - (p == 10);
+        else x.missing = p;
+    }
+    const call more[] = {
+        {"c", "T", 2, 2, 4, 3, 2, 3, 0, 8},   {"N", "n", 3, 2, 4, 6, 3, 3, 0, 10},  {"N", "T", 3, 2, 0, 6, 2, 3, 7, 0},
+        {"", "N", 3, 2, 4, 3, 4, 3, 0, 1},    {"N", "/", 3, 2, 4, 3, 4, 3, 0, 2},   {"T", "N", 3, -1, 4, 4, 4, 3, 0, 4},
+        {"N", "T", 3, 2, -1, 3, 2, 3, 0, 5},  {"T", "N", 3, 2, 4, 3, 4, 3, 0, 8},   {"C", "N", 0, 2, 4, 3, 4, 1, 0, 8},
+        {"N", "N", 0, 2, 4, 0, 4, 1, 0, 8},   {"N", "N", 3, 2, 4, 3, 3, 3, 0, 10},  {"N", "T", 3, 2, 4, 3, 1, 3, 0, 10},
+        {"N", "C", 3, 2, 0, 3, 1, 3, 0, 10},  {"N", "N", 3, 2, 0, 3, 0, 3, 0, 10},  {"N", "N", 0, 2, 4, 1, 4, 0, 0, 13},
+        {"X", "?", -1, -1, -1, 0, 0, 0, 0, 1}, {"N", "N", 3, -2, -4, 0, 0, 0, 0, 4}, {"t", "c", 3, 2, 4, 4, 2, 3, 0, 0},
+        {"n", "n", 3, 2, 4, 3, 4, 3, 0, 0},   {"N", "N", 0, 0, 0, 1, 1, 1, 0, 0}};
+    calls.insert(calls.end(), std::begin(more), std::end(more));
+    std::vector<bad_call> table;
+    for (const call& x : calls)
+        table.push_back({name, x.position, [&, x] {
+                             auto arg = [&](int p, auto* v) { return x.missing == p ? nullptr : v; };
+                             f(x.ta, x.tb, &x.m, &x.n, &x.k, arg(6, &alpha), arg(7, a.data()), &x.lda, arg(9, b.data()),
+                               &x.ldb, arg(11, &beta), arg(12, c.data()), &x.ldc);
+                         }});
+    expect_reports(table, [&] { return std::string(reinterpret_cast<const char*>(c.data()), c.size() * sizeof(T)); });
+}
+
 }  // namespace ot

@@ -11,6 +11,7 @@
 #include <cmath>
 #include <complex>
 #include <cstring>
+#include <functional>
 #include <limits>
 #include <random>
 #include <stdexcept>
@@ -34,6 +35,9 @@ template <> struct real_of<ork_complex16> { using type = double; };
 template <class T> using real_t = typename real_of<T>::type;
 template <class T> constexpr bool is_cx = !std::is_same_v<T, real_t<T>>;
 template <class T> constexpr real_t<T> eps = std::numeric_limits<real_t<T>>::epsilon();
+// The letter of a type in the routines' names.
+template <class T> constexpr char letter = std::is_same_v<T, float> ? 's' : std::is_same_v<T, double> ? 'd'
+                                          : std::is_same_v<T, ork_complex8> ? 'c' : 'z';
 
 template <class T> T make(double re, double im = 0) {
     if constexpr (is_cx<T>) return T{real_t<T>(re), real_t<T>(im)};
@@ -185,6 +189,37 @@ struct error_reports {
         return r;
     }
 };
+
+// One call of a table of argument checks: it must report `position` for
+// `routine`, or nothing for position 0.
+struct bad_call {
+    std::string routine;
+    int position;
+    std::function<void()> call;
+};
+// The bytes of whole objects (arrays included), for "nothing was written".
+template <class... A> std::string bytes_of(const A&... a) {
+    return (std::string(reinterpret_cast<const char*>(&a), sizeof a) + ...);
+}
+// Runs each call: exactly its report, ork_last_error() equal to its position
+// (a good call clears the record), the routine's name kept with it, and,
+// when state is given, every byte it returns unchanged by a call that reports.
+inline void expect_reports(const std::vector<bad_call>& calls, const std::function<std::string()>& state = {}) {
+    error_reports reports;
+    for (const bad_call& c : calls) {
+        SCOPED_TRACE(c.routine + " position " + std::to_string(c.position));
+        reports.seen.clear();
+        const std::string before = state ? state() : std::string();
+        c.call();
+        EXPECT_TRUE(reports.one(c.routine, c.position));
+        EXPECT_EQ(ork_last_error(), c.position);
+        if (c.position == 0) continue;
+        EXPECT_STREQ(ork_last_error_routine(), c.routine.c_str());
+        if (state) {
+            EXPECT_TRUE(state() == before) << "an output was written";
+        }
+    }
+}
 
 // Sets the number of threads for one scope; back to the default after.
 struct threads_scope {

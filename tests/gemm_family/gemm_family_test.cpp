@@ -371,45 +371,6 @@ TEST(GemmFamily, LiborkThreadsGiveTheSameBits) {
     thread_bits<double, ork_complex16>("dzgemm", &ork_blas_dzgemm, OT_KS(xdzgemm));
 }
 
-// A valid call (m = 3, n = 2, k = 4, op(B) = B^T); each case spoils one
-// argument, `missing` naming one passed as null.
-template <class TA, class T, class F> void argument_errors(const char* name, F f) {
-    std::mt19937_64 g(77);
-    auto A = mat<TA>(3, 4, g);
-    auto B = mat<T>(2, 4, g), C = mat<T>(3, 2, g);
-    const auto C0 = C.buf.snapshot();
-    const T alpha = make<T>(2), beta = make<T>(0.5);
-    struct call {
-        const char *ta = "N", *tb = "T";
-        idx m = 3, n = 2, k = 4, lda = 6, ldb = 2, ldc = 3;
-        int missing = 0, position = 0;
-    };
-    std::vector<call> calls(13);
-    for (int p = 1; p <= 13; ++p) {
-        call& c = calls[std::size_t(p - 1)];
-        c.position = p;
-        if (p == 1) c.ta = "X";
-        else if (p == 2) c.tb = "";
-        else if (p <= 5) (p == 3 ? c.m : p == 4 ? c.n : c.k) = -1;
-        else if (p == 8 || p == 10 || p == 13) (p == 8 ? c.lda : p == 10 ? c.ldb : c.ldc) = 2 - (p == 10);
-        else c.missing = p;
-    }
-    calls.push_back({"c", "T", 2, 2, 4, 3, 2, 3, 0, 8});   // op(A) = A^T: lda >= k
-    calls.push_back({"N", "n", 3, 2, 4, 6, 3, 3, 0, 10});  // op(B) = B: ldb >= k
-    calls.push_back({"N", "T", 3, 2, 0, 6, 2, 3, 7, 0});   // k = 0: a is not read
-    error_reports reports;
-    for (const call& c : calls) {
-        reports.seen.clear();
-        std::copy(C0.begin(), C0.end(), C.buf.data());
-        auto arg = [&](int p, auto* x) { return c.missing == p ? nullptr : x; };
-        f(c.ta, c.tb, &c.m, &c.n, &c.k, arg(6, &alpha), arg(7, A.p()), &c.lda, arg(9, B.p()), &c.ldb, arg(11, &beta),
-          arg(12, C.p()), &c.ldc);
-        EXPECT_TRUE(reports.one(name, c.position)) << name << " position " << c.position;
-        if (c.position == 0) continue;
-        EXPECT_EQ(ork_last_error(), c.position);
-        EXPECT_TRUE(same_all(C.buf.snapshot(), C0)) << name << " position " << c.position;
-    }
-}
 TEST(GemmFamily, ArgumentErrors) {
     argument_errors<ork_complex8, ork_complex8>("ork_blas_cgemm3m", &ork_blas_cgemm3m);
     argument_errors<ork_complex16, ork_complex16>("ork_blas_zgemm3m", &ork_blas_zgemm3m);

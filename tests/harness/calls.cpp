@@ -57,11 +57,12 @@ void scalar(call& c, const double* v) { c.scalars.push_back(*v); }
 void scalar(call& c, const ork_complex8* v) { c.scalars.insert(c.scalars.end(), {v->re, v->im}); }
 void scalar(call& c, const ork_complex16* v) { c.scalars.insert(c.scalars.end(), {v->re, v->im}); }
 
-// n, (alpha), x, incx, y, incy: axpy, copy, swap, dot
+// n, (alpha), x, incx (, y, incy): axpy, copy, swap, dot, scal
 template <class S>
-call level1(const char* name, const ork_int* n, const S* alpha, const void* x, const ork_int* incx, const void* y,
-            const ork_int* incy) {
-    call c{name, "", {*n}, {}, {*incx, *incy}, {}, {x, y}};
+call level1(const char* name, const ork_int* n, const S* alpha, const void* x, const ork_int* incx,
+            const void* y = nullptr, const ork_int* incy = nullptr) {
+    call c{name, "", {*n}, {}, {*incx}, {}, {x}};
+    if (incy) c.incs.push_back(*incy), c.arrays.push_back(y);
     if (alpha) scalar(c, alpha);
     return c;
 }
@@ -162,6 +163,10 @@ using namespace ork_test;
         OT_ENTER(p##copy, level1<C>("ork_blas_" #p "copy", n, nullptr, x, incx, y, incy));                        \
         real(n, x, incx, y, incy);                                                                                \
     }                                                                                                             \
+    extern "C" void ork_blas_##p##scal(const ork_int* n, const C* alpha, C* x, const ork_int* incx) {             \
+        OT_ENTER(p##scal, level1("ork_blas_" #p "scal", n, alpha, x, incx));                                      \
+        real(n, alpha, x, incx);                                                                                  \
+    }                                                                                                             \
     extern "C" void ork_blas_##p##gemv(const char* trans, const ork_int* m, const ork_int* n, const C* alpha,     \
                                        const C* a, const ork_int* lda, const C* x, const ork_int* incx,          \
                                        const C* beta, C* y, const ork_int* incy) {                               \
@@ -190,6 +195,15 @@ OT_LEVEL1(z, ork_complex16)
     }
 OT_REAL(s, float)
 OT_REAL(d, double)
+
+#define OT_COMPLEX(p, C)                                                                                          \
+    extern "C" C ork_blas_##p##dotu(const ork_int* n, const C* x, const ork_int* incx, const C* y,                \
+                                    const ork_int* incy) {                                                        \
+        OT_ENTER(p##dotu, level1<C>("ork_blas_" #p "dotu", n, nullptr, x, incx, y, incy));                        \
+        return real(n, x, incx, y, incy);                                                                         \
+    }
+OT_COMPLEX(c, ork_complex8)
+OT_COMPLEX(z, ork_complex16)
 
 // ---- the engine's building blocks, seen when called by their exported names
 #define OT_GEMM_BLOCKS(p, C)                                                                                      \

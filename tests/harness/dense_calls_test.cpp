@@ -217,19 +217,6 @@ TEST_F(KernelCalls, GemmDriversTakeOneWorkspaceBlock) {
 template <class T>
 using trsv_fn = void (*)(const char*, const char*, const char*, const idx*, const T*, const idx*, T*, const idx*);
 
-template <class T> const char* trsv_name() {
-    if constexpr (std::is_same_v<T, float>) return "ork_blas_strsv";
-    else if constexpr (std::is_same_v<T, double>) return "ork_blas_dtrsv";
-    else if constexpr (std::is_same_v<T, ork_complex8>) return "ork_blas_ctrsv";
-    else return "ork_blas_ztrsv";
-}
-template <class T> const char* gemv_name() {
-    if constexpr (std::is_same_v<T, float>) return "ork_blas_sgemv";
-    else if constexpr (std::is_same_v<T, double>) return "ork_blas_dgemv";
-    else if constexpr (std::is_same_v<T, ork_complex8>) return "ork_blas_cgemv";
-    else return "ork_blas_zgemv";
-}
-
 // One coupling product: y(y0 .. y0+nc-1) -= op(A(ai.., aj..)) * x(x0 ..),
 // A_sub being m x nc, in unknowns.
 struct coupling {
@@ -270,7 +257,7 @@ std::vector<coupling> couplings(idx n, bool upper, bool trans) {
 // types, as written) or the operation's name (complex types).
 TYPED_TEST(TypedKernelCalls, TriangularSolveCouplesBlocksThroughGemv) {
     using T = TypeParam;
-    const auto f = kernel_symbol<trsv_fn<T>>(trsv_name<T>());
+    const auto f = kernel_symbol<trsv_fn<T>>((std::string("ork_blas_") + letter<T> + "trsv").c_str());
     std::mt19937_64 g(1902);
     for (const char* uplo : {"U", "l"})
         for (const char* trans : {"N", "n", "t", "C"})
@@ -291,7 +278,7 @@ TYPED_TEST(TypedKernelCalls, TriangularSolveCouplesBlocksThroughGemv) {
                         };
                         recorder rec;
                         f(uplo, trans, diag, &n, a.data(), &lda, x.data(), &incx);
-                        const std::vector<call> got = rec.calls(gemv_name<T>());
+                        const std::vector<call> got = rec.calls(std::string("ork_blas_") + letter<T> + "gemv");
                         const std::vector<coupling> want = couplings(n, upper, tr);
                         ASSERT_EQ(got.size(), want.size());
                         const char flag = !is_cx<T> ? trans[0] : !tr ? 'N' : std::toupper(*trans) == 'C' ? 'C' : 'T';
@@ -311,42 +298,62 @@ TYPED_TEST(TypedKernelCalls, TriangularSolveCouplesBlocksThroughGemv) {
                     }
 }
 
-// ---- the lp64_ wrappers: axpy, copy and the real dots reach libork's
-// dispatched entry of the same name (not a kernel of their own), with n and
-// the increments sign-extended from 32 bits.
+// ---- the lp64_ wrappers: axpy, copy, scal and the dot product (dotu for
+// complex types) reach libork's dispatched entry of the same name (not a
+// kernel of their own) with n and the increments sign-extended from 32 bits
+// and the same arrays and scalars; with n <= 0 nothing is written and the dot
+// product is zero.
 TYPED_TEST(TypedKernelCalls, Lp64WrappersCallTheDispatchedEntry) {
     using T = TypeParam;
     using i32 = ork_int32;
-    const char p = std::is_same_v<T, float> ? 's' : std::is_same_v<T, double> ? 'd' : std::is_same_v<T, ork_complex8> ? 'c' : 'z';
-    const std::string axpy = std::string("ork_blas_") + p + "axpy", copy = std::string("ork_blas_") + p + "copy",
-                      dot = std::string("ork_blas_") + p + "dot";
-    using axpy_fn = void (*)(const i32*, const T*, const T*, const i32*, T*, const i32*);
-    using copy_fn = void (*)(const i32*, const T*, const i32*, T*, const i32*);
-    using dot_fn = T (*)(const i32*, const T*, const i32*, const T*, const i32*);
+    const std::string p = std::string("ork_blas_") + letter<T>;
+    auto lp64 = [&](const char* name, auto* type) {
+        return kernel_symbol<decltype(type)>(("ork_blas_lp64_" + p.substr(9) + name).c_str());
+    };
+    const auto axpy = lp64("axpy", (void (*)(const i32*, const T*, const T*, const i32*, T*, const i32*))nullptr);
+    const auto copy = lp64("copy", (void (*)(const i32*, const T*, const i32*, T*, const i32*))nullptr);
+    const auto scal = lp64("scal", (void (*)(const i32*, const T*, T*, const i32*))nullptr);
+    const auto dot = lp64(is_cx<T> ? "dotu" : "dot", (T(*)(const i32*, const T*, const i32*, const T*, const i32*))nullptr);
     std::mt19937_64 g(1903);
     std::vector<T> x(64), y(64);
     for (T& v : x) v = rnd<T>(g);
     for (T& v : y) v = rnd<T>(g);
-    const T alpha = make<T>(0.5);
+    const T alpha = make<T>(0.5, -0.25);
     for (i32 n : {-1, 0, 5})
         for (auto [ix, iy] : {std::pair<i32, i32>{1, 1}, {-2, 3}, {3, -1}}) {
             SCOPED_TRACE(::testing::Message() << "n=" << n << " incx=" << ix << " incy=" << iy);
-            std::vector<std::pair<std::string, std::function<void()>>> calls = {
-                {axpy, [&] { kernel_symbol<axpy_fn>(("ork_blas_lp64_" + axpy.substr(9)).c_str())(&n, &alpha, x.data(), &ix, y.data(), &iy); }},
-                {copy, [&] { kernel_symbol<copy_fn>(("ork_blas_lp64_" + copy.substr(9)).c_str())(&n, x.data(), &ix, y.data(), &iy); }},
+            T d = make<T>(7);
+            struct expected {
+                std::string name;
+                std::function<void()> run;
+                longs incs;
+                addrs arrays;
+                std::vector<double> scalars;
             };
-            if (!is_cx<T>)
-                calls.push_back({dot, [&] { kernel_symbol<dot_fn>(("ork_blas_lp64_" + dot.substr(9)).c_str())(&n, x.data(), &ix, y.data(), &iy); }});
-            for (auto& [name, run] : calls) {
+            const expected calls[] = {
+                {p + "axpy", [&] { axpy(&n, &alpha, x.data(), &ix, y.data(), &iy); }, {ix, iy}, {x.data(), y.data()}, parts(alpha)},
+                {p + "copy", [&] { copy(&n, x.data(), &ix, y.data(), &iy); }, {ix, iy}, {x.data(), y.data()}, {}},
+                {p + "scal", [&] { scal(&n, &alpha, y.data(), &iy); }, {iy}, {y.data()}, parts(alpha)},
+                {p + (is_cx<T> ? "dotu" : "dot"), [&] { d = dot(&n, x.data(), &ix, y.data(), &iy); }, {ix, iy},
+                 {x.data(), y.data()}, {}},
+            };
+            for (const expected& e : calls) {
+                const auto x0 = x, y0 = y;
                 recorder rec;
-                run();
+                e.run();
                 const std::vector<call> got = rec.calls();
-                ASSERT_EQ(got.size(), 1u) << name;
-                EXPECT_EQ(got[0].name, name);
+                ASSERT_EQ(got.size(), 1u) << e.name;
+                EXPECT_EQ(got[0].name, e.name);
                 EXPECT_EQ(got[0].dims, longs{n});
-                EXPECT_EQ(got[0].incs, (longs{ix, iy}));
-                EXPECT_EQ(got[0].arrays, (addrs{x.data(), y.data()}));
-                EXPECT_EQ(got[0].scalars, name == axpy ? parts(alpha) : std::vector<double>{}) << name;
+                EXPECT_EQ(got[0].incs, e.incs) << e.name;
+                EXPECT_EQ(got[0].arrays, e.arrays) << e.name;
+                EXPECT_EQ(got[0].scalars, e.scalars) << e.name;
+                if (n <= 0) {
+                    EXPECT_TRUE(same_all(x, x0) && same_all(y, y0)) << e.name;
+                }
+            }
+            if (n <= 0) {
+                EXPECT_TRUE(same(d, make<T>(0)));
             }
         }
 }

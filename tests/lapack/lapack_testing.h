@@ -10,8 +10,6 @@
 
 namespace ot {
 
-template <class T> constexpr char letter = std::is_same_v<T, float> ? 's' : std::is_same_v<T, double> ? 'd'
-                                          : std::is_same_v<T, ork_complex8> ? 'c' : 'z';
 template <class T> std::string lname(const std::string& routine) { return std::string("ork_blas_") + letter<T> + routine; }
 
 // libork's checked entry and the kernel library's own code of one name.

@@ -312,8 +312,9 @@ TEST(Level3Threads, ResultsIndependentOfThreadCount) {
 
 // ---- argument errors: the reference positions, first bad argument wins.
 TEST(Level3Errors, ReferencePositions) {
-    double d[16] = {};
-    ork_complex16 z[16] = {};
+    double d[16];
+    ork_complex16 z[16];
+    for (int i = 0; i < 16; ++i) d[i] = i + 1, z[i] = {0.5 * i, 1};
     const double one = 1;
     const ork_complex16 zone{1, 0};
     auto trsm = [&](const char* s, const char* u, const char* t, const char* dg, idx m, idx n, idx lda, idx ldb) { ork_blas_dtrsm(s, u, t, dg, &m, &n, &one, d, &lda, d, &ldb); };
@@ -324,8 +325,7 @@ TEST(Level3Errors, ReferencePositions) {
     auto herk = [&](const char* u, const char* t, idx n, idx k, idx lda, idx ldc) { ork_blas_zherk(u, t, &n, &k, &one, z, &lda, &one, z, &ldc); };
     auto syr2k = [&](const char* u, const char* t, idx n, idx k, idx lda, idx ldb, idx ldc) { ork_blas_dsyr2k(u, t, &n, &k, &one, d, &lda, d, &ldb, &one, d, &ldc); };
     auto her2k = [&](const char* u, const char* t, idx n, idx k, idx lda, idx ldb, idx ldc) { ork_blas_zher2k(u, t, &n, &k, &zone, z, &lda, z, &ldb, &one, z, &ldc); };
-    struct bad { const char* routine; int position; std::function<void()> call; };
-    const std::vector<bad> table = {
+    expect_reports({
         {"ork_blas_dtrsm", 0, [&] { trsm("l", "u", "c", "n", 2, 3, 2, 2); }},
         {"ork_blas_dtrsm", 1, [&] { trsm("X", "Y", "Z", "W", -1, -1, 0, 0); }},
         {"ork_blas_dtrsm", 2, [&] { trsm("L", "Y", "Z", "W", -1, -1, 0, 0); }},
@@ -359,12 +359,7 @@ TEST(Level3Errors, ReferencePositions) {
         {"ork_blas_dsyr2k", 12, [&] { syr2k("U", "T", 3, 2, 2, 2, 2); }},
         {"ork_blas_zher2k", 2, [&] { her2k("U", "T", 1, 1, 1, 1, 1); }},
         {"ork_blas_zher2k", 12, [&] { her2k("U", "N", 3, 2, 3, 3, 1); }},
-    };
-    for (const bad& b : table) {
-        error_reports r;
-        b.call();
-        EXPECT_TRUE(r.one(b.routine, b.position)) << b.routine << " position " << b.position;
-    }
+    }, [&] { return bytes_of(d, z); });
 }
 
 }  // namespace

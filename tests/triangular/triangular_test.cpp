@@ -274,7 +274,8 @@ TYPED_TEST(Triangular, ProductRangesAndThreads) {
 // The first bad argument's position, as the reference BLAS numbers them.
 TEST(TriangularErrors, Positions) {
     const idx n = 3, k = 1, one = 1, zero = 0, neg = -1, two = 2;
-    double a[64] = {}, x[16] = {};  // room for the accepted calls of every type
+    double a[64], x[16];  // room for the accepted calls of every type
+    for (int i = 0; i < 64; ++i) a[i] = 4 + (i % 5 == 0), x[i % 16] = i % 7 - 3;
     struct row {
         const char *uplo, *trans, *diag;
         const idx *n, *k, *lda, *incx;
@@ -291,35 +292,20 @@ TEST(TriangularErrors, Positions) {
         {"U", "N", "N", &zero, &zero, &one, &zero, 8, 9, 7},
         {"u", "c", "n", &zero, &zero, &one, &one, 0, 0, 0},
     };
+    std::vector<bad_call> calls = {  // a missing matrix, then a missing vector
+        {"ork_blas_dtbmv", 6, [&] { ork_blas_dtbmv("U", "N", "N", &n, &k, nullptr, &two, x, &one); }},
+        {"ork_blas_dtpsv", 6, [&] { ork_blas_dtpsv("U", "N", "N", &n, a, nullptr, &one); }}};
     for (const row& r : rows) {
-        SCOPED_TRACE(::testing::Message() << r.uplo << r.trans << r.diag << " n=" << *r.n << " k=" << *r.k << " lda=" << *r.lda << " incx=" << *r.incx);
-        {
-            error_reports e;
-            ork_blas_dtrmv(r.uplo, r.trans, r.diag, r.n, a, r.lda, x, r.incx);
-            EXPECT_TRUE(e.one("ork_blas_dtrmv", r.tr));
-        }
-        {
-            error_reports e;
-            ork_blas_ztrsv(r.uplo, r.trans, r.diag, r.n, reinterpret_cast<ork_complex16*>(a), r.lda, reinterpret_cast<ork_complex16*>(x), r.incx);
-            EXPECT_TRUE(e.one("ork_blas_ztrsv", r.tr));
-        }
-        {
-            error_reports e;
-            ork_blas_stbsv(r.uplo, r.trans, r.diag, r.n, r.k, reinterpret_cast<float*>(a), r.lda, reinterpret_cast<float*>(x), r.incx);
-            EXPECT_TRUE(e.one("ork_blas_stbsv", r.tb));
-        }
-        {
-            error_reports e;
-            ork_blas_ctpmv(r.uplo, r.trans, r.diag, r.n, reinterpret_cast<ork_complex8*>(a), reinterpret_cast<ork_complex8*>(x), r.incx);
-            EXPECT_TRUE(e.one("ork_blas_ctpmv", r.tp));
-        }
+        double *const d = a, *const dx = x;  // captured by value: the arrays, not copies
+        const auto z = reinterpret_cast<ork_complex16*>(a), zx = reinterpret_cast<ork_complex16*>(x);
+        const auto s = reinterpret_cast<float*>(a), sx = reinterpret_cast<float*>(x);
+        const auto c = reinterpret_cast<ork_complex8*>(a), cx = reinterpret_cast<ork_complex8*>(x);
+        calls.push_back({"ork_blas_dtrmv", r.tr, [=] { ork_blas_dtrmv(r.uplo, r.trans, r.diag, r.n, d, r.lda, dx, r.incx); }});
+        calls.push_back({"ork_blas_ztrsv", r.tr, [=] { ork_blas_ztrsv(r.uplo, r.trans, r.diag, r.n, z, r.lda, zx, r.incx); }});
+        calls.push_back({"ork_blas_stbsv", r.tb, [=] { ork_blas_stbsv(r.uplo, r.trans, r.diag, r.n, r.k, s, r.lda, sx, r.incx); }});
+        calls.push_back({"ork_blas_ctpmv", r.tp, [=] { ork_blas_ctpmv(r.uplo, r.trans, r.diag, r.n, c, cx, r.incx); }});
     }
-    error_reports e;  // a missing matrix, then a missing vector
-    ork_blas_dtbmv("U", "N", "N", &n, &k, nullptr, &two, x, &one);
-    ork_blas_dtpsv("U", "N", "N", &n, a, nullptr, &one);
-    ASSERT_EQ(e.seen.size(), 2u);
-    EXPECT_EQ(e.seen[0], std::make_pair(std::string("ork_blas_dtbmv"), 6));
-    EXPECT_EQ(e.seen[1], std::make_pair(std::string("ork_blas_dtpsv"), 6));
+    expect_reports(calls, [&] { return bytes_of(a, x); });
 }
 
 }  // namespace
