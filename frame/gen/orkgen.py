@@ -4,7 +4,7 @@
 A family is declared once, in a table beside its area (TABLES below lists
 them). Each routine of a table names its arguments by role (a flag with its
 letters, a dimension, a scalar, an array, a leading dimension, an increment,
-a packed triangle); from the roles the generator writes
+a packed triangle, workspace a kernel is handed); from the roles the generator writes
 
   the public header      the prototypes of libork's checked entries
   the kernel header      the prototypes of the kernel library's other names
@@ -14,7 +14,8 @@ a packed triangle); from the roles the generator writes
                          order with the positions counted here, the quick
                          return, the address-range tests, then a hand-written
                          body that gets the kernel of the loaded library
-  the loader binding     the X-list of kernel names libork looks up
+  the loader binding     the X-list of kernel names libork looks up (a routine
+                         with bound=False is a kernel only others call)
   the export lists       exports/baseline/<family>.txt, exports/libork/<family>.txt
   the test manifest      tests/manifest/<family>.txt: every name with its roles;
                          tests/frame/check_tested.py fails for a name no test uses
@@ -47,6 +48,7 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 TABLES = [
     "blas/level1/table.py",
     "blas/level2/table.py",
+    "blas/level3/table.py",
     "trans/table.py",
     "core/stdblas/table.py",
     "spblas/table.py",
@@ -99,6 +101,8 @@ class Arg:
     def decl(self, lp64=False):
         if self.kind == "flag":
             return f"const char *{self.name}"
+        if self.kind == "work":
+            return f"void *{self.name}"
         const = "" if self.out else "const "
         if self.by_value:
             return f"{self.ctype} {self.name}"
@@ -107,7 +111,7 @@ class Arg:
 
     def unwrap(self):
         """The argument as the kernel templates take it."""
-        if self.by_value:
+        if self.by_value or self.kind == "work":
             return self.name
         if self.kind == "flag":
             return f"flag({self.name})"
@@ -196,6 +200,11 @@ def index(name):
     return Arg(name, "index")
 
 
+def workspace(name):
+    """Workspace the caller of a kernel provides (`void *`): no test."""
+    return Arg(name, "work", "void", out=True)
+
+
 def scalar(name, ctype):
     """A scalar by address: must be present."""
     return Arg(name, "scalar", ctype)
@@ -233,6 +242,7 @@ class Routine:
     args: list
     kernel: str = None  # the kernel library's name for it; None: libork only
     checked: bool = True  # libork exports a checked entry under `name`
+    bound: bool = True  # libork looks the kernel up (False: only other kernels and tests call it)
     impl: str = ""  # kernel template the shim calls with the unwrapped arguments
     body: str = ""  # libork template that does the work after the checks
     quick: str = ""  # libork returns at once when this holds (after the tests)
@@ -279,6 +289,9 @@ class Family:
 
     def lp64_names(self):
         return [r.lp64_name() for r in self.routines if r.lp64]
+
+    def bound_names(self):
+        return [r.kernel for r in self.routines if r.kernel and r.bound]
 
     def core_names(self):
         return [r.name for r in self.routines if r.checked]
@@ -396,7 +409,7 @@ def core_source(f, table):
 
 def binding(f, table):
     macro = f"ORK_CORE_KERNELS_{f.name.upper()}(X)"
-    names = f.kernel_names()
+    names = f.bound_names()
     out = [f"// {f.title}: the kernels libork looks up in the loaded library ({GENERATED.format(table=table)}).",
            "#pragma once", ""]
     out += [f"#include \"{h.removeprefix('include/')}\"" for h in (f.public_header, f.kernel_header) if h]
