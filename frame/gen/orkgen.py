@@ -441,7 +441,7 @@ def manifest(f, table):
         words = " ".join(a.word() for a in r.args)
         if r.checked:
             rows[r.name] = f"{r.name} {'core+kernel' if r.kernel == r.name else 'core'} {words}"
-        if r.kernel and r.kernel != r.name:
+        if r.kernel and (r.kernel != r.name or not r.checked):
             rows[r.kernel] = f"{r.kernel} {'kernel-of:' + r.name if r.checked else 'kernel'} {words}"
         if r.lp64:
             rows[r.lp64_name()] = f"{r.lp64_name()} lp64-of:{r.name} {words}"
