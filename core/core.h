@@ -77,6 +77,14 @@ void parallel_for(int threads, int pieces, F&& f) {
                const_cast<void*>(static_cast<const void*>(&f)));
 }
 
+// Logical elements [i0, i0 + len) of the vector (n, x, inc) form the vector
+// (len, sub(...), inc) under the same increment convention: the piece of a
+// strided vector that a thread split hands to one kernel call.
+template <class T>
+T* sub(T* x, ork_int n, ork_int inc, ork_int i0, ork_int len) {
+    return inc >= 0 ? x + i0 * inc : x + (n - i0 - len) * -inc;
+}
+
 // Argument errors (core/errors.cpp): an entry names itself, then reports the
 // 1-based position of the first bad argument.
 struct entry {

@@ -18,13 +18,6 @@ namespace ork::core::level1 {
 
 using idx = ork_int;
 
-// Logical elements [i0, i0 + len) of (n, x, inc) form the vector
-// (len, sub(...), inc) under the same increment convention.
-template <class T>
-T* sub(T* x, idx n, idx inc, idx i0, idx len) {
-    return inc >= 0 ? x + i0 * inc : x + (n - i0 - len) * -inc;
-}
-
 // Below this many elements per thread a parallel region costs more than it
 // saves (level 1 runs at memory speed: 64K doubles stream in ~10 us).
 constexpr idx per_thread_min = 1 << 16;

@@ -26,12 +26,6 @@ using check::is;
 
 inline const kernel_table& K() { return kernels(); }
 
-// Logical elements [i0, i0 + len) of (n, x, inc), as a vector of its own.
-template <class T>
-T* sub(T* x, idx n, idx inc, idx i0, idx len) {
-    return inc >= 0 ? x + i0 * inc : x + (n - i0 - len) * -inc;
-}
-
 // Threads for a matrix of `work` elements: none below 2^17, then one per
 // 2^16 elements up to the limit.
 inline int threads_for(idx work) {

@@ -41,9 +41,9 @@ sasum dasum scasum dzasum isamax idamax icamax izamax dcabs1
 
 def _files():
     here = pathlib.Path(__file__).resolve().parent
-    spec = importlib.util.spec_from_file_location("stdblas_generate", here / "generate.py")
-    module = importlib.util.module_from_spec(spec)
-    spec.loader.exec_module(module)
+    found = importlib.util.spec_from_file_location("stdblas_generate", here / "generate.py")
+    module = importlib.util.module_from_spec(found)
+    found.loader.exec_module(module)
     return module.files()
 
 

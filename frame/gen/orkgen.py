@@ -490,8 +490,8 @@ def load_tables():
     owner = _OWNER
     for rel in TABLES:
         before = len(FAMILIES)
-        spec = importlib.util.spec_from_file_location(rel.replace("/", "_")[:-3], ROOT / rel)
-        spec.loader.exec_module(importlib.util.module_from_spec(spec))
+        found = importlib.util.spec_from_file_location(rel.replace("/", "_")[:-3], ROOT / rel)
+        found.loader.exec_module(importlib.util.module_from_spec(found))
         for f in FAMILIES[before:]:
             owner[f.name] = rel
     return owner
