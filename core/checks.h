@@ -28,6 +28,13 @@ inline bool inc(const ork_int* v) { return v && *v != 0; }
 template <class I> bool ld(const I* v, std::type_identity_t<I> least) { return v && *v >= least; }
 inline ork_int at_least_1(ork_int v) { return v > 1 ? v : 1; }
 
+// A bad argument of a routine with an info argument: reported through the
+// entry, and as minus its position in info when info is present.
+template <class Entry> bool fail(const Entry& e, ork_int* info, int position) {
+    if (info) *info = -position;
+    return e.fail(position);
+}
+
 // alpha == 0 and beta == 1 in the element's own arithmetic
 template <class C> bool is_zero(const C& a) {
     if constexpr (std::is_arithmetic_v<C>) return a == 0;

@@ -29,6 +29,12 @@ an application links libork, else the kernel library's own name).
 A routine that returns a value returns the value-initialised result on a
 bad argument and on its quick return (`quick_result` names another).
 
+A routine with an info argument stores the kernel template's value there
+(the shim), and libork's entry sets it to minus the position of a bad
+argument, or to 0 once the tests have passed (before the quick return). A
+routine may name more kernels (`kernels`: range pieces, variants picked by a
+flag) that its body takes after its own.
+
 A planned family (one whose kernels are still to be written) is expanded and
 counted but writes nothing yet.
 
@@ -48,7 +54,9 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 TABLES = [
     "blas/level1/table.py",
     "blas/level2/table.py",
+    "blas/level2/triangular_table.py",
     "blas/level3/table.py",
+    "blas/lapack/table.py",
     "trans/table.py",
     "core/stdblas/table.py",
     "spblas/table.py",
@@ -97,6 +105,7 @@ class Arg:
     report: str = ""  # name of the argument whose position a range failure reports
     reach: str = ""  # a range condition of its own (phase two): must hold
     by_value: bool = False  # a C-form argument taken by value
+    as_given: bool = False  # flag: the kernel template takes the string
 
     def decl(self, lp64=False):
         if self.kind == "flag":
@@ -114,8 +123,8 @@ class Arg:
         if self.by_value or self.kind == "work":
             return self.name
         if self.kind == "flag":
-            return f"flag({self.name})"
-        if self.kind in INTEGER_ROLES or self.kind == "size":
+            return self.name if self.as_given else f"flag({self.name})"
+        if self.kind in INTEGER_ROLES or self.kind in ("size", "given"):
             return f"*{self.name}"
         if self.kind == "scalar":
             return f"*as_elem({self.name})"
@@ -134,7 +143,7 @@ class Arg:
             return f"!{n}"
         if self.kind == "ld":
             return f"!check::ld({n}, {self.least})"
-        if self.kind in ("scalar", "size"):
+        if self.kind in ("scalar", "size", "given", "info"):
             return f"!{n}"
         if self.kind in ("array", "packed") and self.needed == ALWAYS:
             return f"!{n}"
@@ -151,6 +160,8 @@ class Arg:
         t = self.fits[0]
         if self.kind in ("inc", "stride"):
             return f"!ork::core::vector_fits<{t}>({self.fits[1]}, *{self.name})"
+        if self.kind == "dim":
+            return f"!ork::core::vector_fits<{t}>(*{self.name}, 1)"
         if self.kind == "ld":
             return f"!ork::core::matrix_fits<{t}>({self.fits[1]}, {self.fits[2]}, *{self.name})"
         if self.kind == "packed":
@@ -168,14 +179,17 @@ class Arg:
         return w
 
 
-def flag(name, letters):
-    """A character flag read by its first letter, one of `letters`."""
-    return Arg(name, "flag", letters=letters)
+def flag(name, letters, as_given=False):
+    """A character flag read by its first letter, one of `letters`; the
+    kernel template gets the letter, or with `as_given` the string itself
+    (to hand on to another routine)."""
+    return Arg(name, "flag", letters=letters, as_given=as_given)
 
 
-def dim(name):
-    """A dimension (count of rows, columns, elements): at least 0."""
-    return Arg(name, "dim")
+def dim(name, elem=None):
+    """A dimension (count of rows, columns, elements): at least 0; with
+    `elem`, a contiguous vector of that many elements addressable."""
+    return Arg(name, "dim", fits=(elem,) if elem else ())
 
 
 def size(name, ctype="uint64_t"):
@@ -203,6 +217,17 @@ def index(name):
 def workspace(name):
     """Workspace the caller of a kernel provides (`void *`): no test."""
     return Arg(name, "work", "void", out=True)
+
+
+def given(name):
+    """An integer read as given (a choice between forms): must be present."""
+    return Arg(name, "given")
+
+
+def info(name):
+    """The status a routine returns: must be present; the kernel shim stores
+    the template's value there, libork's entry 0 or minus a bad position."""
+    return Arg(name, "info", out=True)
 
 
 def scalar(name, ctype):
@@ -247,6 +272,7 @@ class Routine:
     body: str = ""  # libork template that does the work after the checks
     quick: str = ""  # libork returns at once when this holds (after the tests)
     returns: str = "void"
+    kernels: tuple = ()  # more kernels libork's body takes after `kernel`
     doc: str = ""  # one line above the prototype (and above its siblings)
     quick_result: str = ""  # what the quick return returns (a value-returning routine); default R{}
     lp64: bool = False  # the kernel library also exports the 32-bit-integer wrapper lp64_name()
@@ -354,8 +380,11 @@ def kernel_source(f, table):
     for r in f.routines:
         if not r.kernel:
             continue
-        call = f"{r.impl}({', '.join(a.unwrap() for a in r.args)})"
+        status = [a.name for a in r.args if a.kind == "info"]
+        call = f"{r.impl}({', '.join(a.unwrap() for a in r.args if a.kind != 'info')})"
         ret = "" if r.returns == "void" else "return "
+        if status:
+            ret = f"*{status[0]} = "
         out.append(f"ORK_API {r.prototype(r.kernel)[:-1]} {{ {ret}{call}; }}")
     wide = [r for r in f.routines if r.lp64]
     if wide:
@@ -385,22 +414,28 @@ def core_source(f, table):
         if not r.checked:
             continue
         pos = {a.name: i + 1 for i, a in enumerate(r.args)}
-        lines = [f"ORK_CORE_API {r.prototype(r.name)[:-1]} {{", f'    const entry e("{r.name}");']
+        e = "en" if "e" in pos else "e"  # the entry, named apart from an argument e
+        lines = [f"ORK_CORE_API {r.prototype(r.name)[:-1]} {{", f'    const entry {e}("{r.name}");']
         void = r.returns == "void"
         nothing = "" if void else " " + (r.quick_result or f"{r.returns}{{}}")
-        fail = "return (void)e.fail({})" if void else f"return e.fail({{}}), {r.returns}{{{{}}}}"
+        status = [a.name for a in r.args if a.kind == "info"]  # failures are reported there too
+        report = f"check::fail({e}, {status[0]}, {{}})" if status else f"{e}.fail({{}})"
+        fail = f"return (void){report}" if void else f"return {report}, {r.returns}{{{{}}}}"
         for a in r.args:
             t = a.test()
             if t:
                 lines.append(f"    if ({t}) {fail.format(pos[a.name])};")
+        if status:
+            lines.append(f"    *{status[0]} = 0;")
         if r.quick:
             lines.append(f"    if ({r.quick}) return{nothing};")
         for a in r.args:
             t = a.range_test()
             if t:
                 lines.append(f"    if ({t}) {fail.format(pos[a.report or a.name])};")
-        kernel = f"ork::core::kernels().{r.kernel}" if r.kernel else "nullptr"
-        call = f"{r.body}(e, {kernel}, {', '.join(a.name for a in r.args)})"
+        kernel = ", ".join(f"ork::core::kernels().{k}" for k in (r.kernel,) + tuple(r.kernels)) \
+            if r.kernel else "nullptr"
+        call = f"{r.body}({e}, {kernel}, {', '.join(a.name for a in r.args)})"
         lines.append(f"    {'' if r.returns == 'void' else 'return '}{call};")
         lines.append("}")
         out += lines
@@ -426,7 +461,7 @@ def binding(f, table):
 
 
 def export_list(f, table, names, what):
-    return "\n".join([f"# {what} of {f.title.lower()}, one name a line",
+    return "\n".join([f"# {what} of {f.title[0].lower() + f.title[1:]}, one name a line",
                       f"# ({GENERATED.format(table=table)})."] + sorted(names)) + "\n"
 
 

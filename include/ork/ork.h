@@ -7,6 +7,6 @@
 #include "ork/blas.h"
 #include "ork/blas_level2.h"
 #include "ork/blas_level3.h"
-#include "ork/lapack_kernels.h"
+#include "ork/lapack.h"
 #include "ork/trans.h"
 #endif

@@ -4,7 +4,9 @@ no test names.
 
 A test names a routine by its full name, by its short name (the name after
 the library prefix, e.g. dgbmv or xdsyr_in_thread, as the tests' type tables
-spell it) or by a token-pasted stem (##gbmv, the type letter pasted in). A
+spell it), by a token-pasted stem (##gbmv, the type letter pasted in) or by
+a stem in a string literal ("gtsv_small", the type letter prefixed at run
+time). A
 kernel behind one of libork's checked entries is reached through the entry.
 The names of tests/frame/untested.txt are known to be untested; one that a
 test names must leave that list.
@@ -26,6 +28,7 @@ def tokens():
             text = path.read_text(errors="replace")
             words.update(re.findall(r"\b\w+\b", text))
             pasted.update(re.findall(r"##\s*(\w+)", text))
+            pasted.update(re.findall(r'"(\w+)"', text))
     return words, pasted
 
 

@@ -74,7 +74,7 @@ void call(void* f, std::size_t n, const args_t& a) {
 // Storage for one call: good values for every role, and the bad ones.
 struct values {
     alignas(16) unsigned char zeros[64] = {};
-    std::int64_t zero = 0, one = 1, minus_one = -1;
+    std::int64_t zero = 0, one = 1, minus_one = -1, status = 0;
     char letters[max_args][2] = {};  // one flag per argument
     const char* unknown = "?";
 };
@@ -86,7 +86,8 @@ bool good(values& v, std::size_t i, const std::string& role, void*& out) {
     if (kind == "flag") {
         v.letters[i][0] = role[5];
         out = v.letters[i];
-    } else if (kind == "dim" || kind == "size" || kind == "index" || kind == "count") out = &v.zero;
+    } else if (kind == "dim" || kind == "size" || kind == "index" || kind == "count" || kind == "given") out = &v.zero;
+    else if (kind == "info") out = &v.status;
     else if (kind == "ld" || kind == "inc" || kind == "stride") out = &v.one;
     else if (kind == "scalar" || role.find(":always") != std::string::npos) out = v.zeros;
     else if (kind == "array" || kind == "packed") out = nullptr;
@@ -100,7 +101,8 @@ std::vector<void*> bad(values& v, const std::string& role) {
     if (kind == "flag") return {nullptr, const_cast<char*>(v.unknown)};
     if (kind == "dim") return {nullptr, &v.minus_one};
     if (kind == "ld" || kind == "inc") return {nullptr, &v.zero};
-    if (kind == "size" || kind == "scalar" || kind == "count" || kind == "stride") return {nullptr};
+    if (kind == "size" || kind == "scalar" || kind == "count" || kind == "stride" || kind == "given" || kind == "info")
+        return {nullptr};
     if (role.find(":always") != std::string::npos) return {nullptr};  // an array never null
     return {};
 }

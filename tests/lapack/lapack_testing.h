@@ -5,7 +5,7 @@
 
 #include <dlfcn.h>
 
-#include "ork/lapack_kernels.h"
+#include "ork/lapack.h"
 #include "testing.h"
 
 namespace ot {

@@ -41,11 +41,11 @@ TYPED_TEST(Transform, RotationSequencesMatchTheirDefinition) {
     using T = TypeParam;
     using R = real_t<T>;
     const auto dispatch = both_paths<lasr_dispatch_fn<T>>(lname<T>("lasr"));
-    for (char side : {'l', 'r'})
-        for (char pivot : {'v', 't', 'b'})
-            for (char direct : {'f', 'b'}) {
-                const std::string variant{side, pivot, direct};
-                for (auto& [path, f] : both_paths<lasr_fn<T>>(lname<T>("lasr_" + variant)))
+    for (const std::string name : {"lasr_lvf", "lasr_lvb", "lasr_ltf", "lasr_ltb", "lasr_lbf", "lasr_lbb", "lasr_rvf",
+                                   "lasr_rvb", "lasr_rtf", "lasr_rtb", "lasr_rbf", "lasr_rbb"}) {
+                const std::string variant = name.substr(5);
+                const char side = variant[0], pivot = variant[1], direct = variant[2];
+                for (auto& [path, f] : both_paths<lasr_fn<T>>(lname<T>(name)))
                     for (auto [m, n] : shapes) {
                         SCOPED_TRACE(path + " " + variant + " m=" + std::to_string(m) + " n=" + std::to_string(n));
                         std::mt19937_64 g(5000 + m * 100 + n);
@@ -73,7 +73,7 @@ TYPED_TEST(Transform, RotationSequencesMatchTheirDefinition) {
                                                                   c.data(), s.data(), by_flags.p(), &by_flags.ld);
                         EXPECT_TRUE(same_all(by_flags.v, a.v));
                     }
-            }
+    }
 }
 
 TYPED_TEST(Transform, ReflectorMatchesItsDefinition) {
