@@ -94,6 +94,10 @@ struct entry {
     bool out_of_memory() const;     // the same with ORK_OUT_OF_MEMORY
 };
 
+// The body of an entry that splits nothing: its kernel on the whole problem,
+// in the caller's thread.
+template <class K, class... A> void whole(const entry&, K kernel, A... args) { kernel(args...); }
+
 // Address arithmetic (core/errors.cpp). An array reaches, from its first
 // element, sum of (count - 1) * step elements over its dimensions, each step
 // taken by magnitude; it is addressable when that many elements, plus one,

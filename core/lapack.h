@@ -14,9 +14,6 @@ namespace ork::core::lapack {
 
 using idx = ork_int;
 
-// the kernel on the whole problem, in the caller's thread
-template <class K, class... A> void whole(const entry&, K kernel, A... args) { kernel(args...); }
-
 // Below this many element operations a second thread costs more than it saves.
 constexpr double split_min_work = 1 << 18;
 

@@ -18,7 +18,7 @@ ORK_CORE_API void ork_blas_spotrf_l_small(const ork_int *n, float *a, const ork_
     *info = 0;
     if (*n == 0) return;
     if (!ork::core::matrix_fits<float>(*n, *n, *lda)) return (void)check::fail(e, info, 3);
-    ork::core::lapack::whole(e, ork::core::kernels().ork_blas_spotrf_l_small, n, a, lda, info);
+    ork::core::whole(e, ork::core::kernels().ork_blas_spotrf_l_small, n, a, lda, info);
 }
 ORK_CORE_API void ork_blas_ssytrf_l_small(const ork_int *n, float *a, const ork_int *lda, ork_int *ipiv, ork_int *info) {
     const entry e("ork_blas_ssytrf_l_small");
@@ -30,7 +30,7 @@ ORK_CORE_API void ork_blas_ssytrf_l_small(const ork_int *n, float *a, const ork_
     *info = 0;
     if (*n == 0) return;
     if (!ork::core::matrix_fits<float>(*n, *n, *lda)) return (void)check::fail(e, info, 3);
-    ork::core::lapack::whole(e, ork::core::kernels().ork_blas_ssytrf_l_small, n, a, lda, ipiv, info);
+    ork::core::whole(e, ork::core::kernels().ork_blas_ssytrf_l_small, n, a, lda, ipiv, info);
 }
 ORK_CORE_API void ork_blas_sgtsv_small(const ork_int *n, const ork_int *nrhs, float *dl, float *d, float *du, float *b, const ork_int *ldb, ork_int *info) {
     const entry e("ork_blas_sgtsv_small");
@@ -46,7 +46,7 @@ ORK_CORE_API void ork_blas_sgtsv_small(const ork_int *n, const ork_int *nrhs, fl
     if (*n == 0) return;
     if (!ork::core::vector_fits<float>(*n, 1)) return (void)check::fail(e, info, 1);
     if (!ork::core::matrix_fits<float>(*n, *nrhs, *ldb)) return (void)check::fail(e, info, 7);
-    ork::core::lapack::whole(e, ork::core::kernels().ork_blas_sgtsv_small, n, nrhs, dl, d, du, b, ldb, info);
+    ork::core::whole(e, ork::core::kernels().ork_blas_sgtsv_small, n, nrhs, dl, d, du, b, ldb, info);
 }
 ORK_CORE_API void ork_blas_sptts2(const ork_int *n, const ork_int *nrhs, const float *d, const float *e, float *b, const ork_int *ldb) {
     const entry en("ork_blas_sptts2");
@@ -242,7 +242,7 @@ ORK_CORE_API void ork_blas_dpotrf_l_small(const ork_int *n, double *a, const ork
     *info = 0;
     if (*n == 0) return;
     if (!ork::core::matrix_fits<double>(*n, *n, *lda)) return (void)check::fail(e, info, 3);
-    ork::core::lapack::whole(e, ork::core::kernels().ork_blas_dpotrf_l_small, n, a, lda, info);
+    ork::core::whole(e, ork::core::kernels().ork_blas_dpotrf_l_small, n, a, lda, info);
 }
 ORK_CORE_API void ork_blas_dsytrf_l_small(const ork_int *n, double *a, const ork_int *lda, ork_int *ipiv, ork_int *info) {
     const entry e("ork_blas_dsytrf_l_small");
@@ -254,7 +254,7 @@ ORK_CORE_API void ork_blas_dsytrf_l_small(const ork_int *n, double *a, const ork
     *info = 0;
     if (*n == 0) return;
     if (!ork::core::matrix_fits<double>(*n, *n, *lda)) return (void)check::fail(e, info, 3);
-    ork::core::lapack::whole(e, ork::core::kernels().ork_blas_dsytrf_l_small, n, a, lda, ipiv, info);
+    ork::core::whole(e, ork::core::kernels().ork_blas_dsytrf_l_small, n, a, lda, ipiv, info);
 }
 ORK_CORE_API void ork_blas_dgtsv_small(const ork_int *n, const ork_int *nrhs, double *dl, double *d, double *du, double *b, const ork_int *ldb, ork_int *info) {
     const entry e("ork_blas_dgtsv_small");
@@ -270,7 +270,7 @@ ORK_CORE_API void ork_blas_dgtsv_small(const ork_int *n, const ork_int *nrhs, do
     if (*n == 0) return;
     if (!ork::core::vector_fits<double>(*n, 1)) return (void)check::fail(e, info, 1);
     if (!ork::core::matrix_fits<double>(*n, *nrhs, *ldb)) return (void)check::fail(e, info, 7);
-    ork::core::lapack::whole(e, ork::core::kernels().ork_blas_dgtsv_small, n, nrhs, dl, d, du, b, ldb, info);
+    ork::core::whole(e, ork::core::kernels().ork_blas_dgtsv_small, n, nrhs, dl, d, du, b, ldb, info);
 }
 ORK_CORE_API void ork_blas_dptts2(const ork_int *n, const ork_int *nrhs, const double *d, const double *e, double *b, const ork_int *ldb) {
     const entry en("ork_blas_dptts2");
@@ -466,7 +466,7 @@ ORK_CORE_API void ork_blas_cpotrf_l_small(const ork_int *n, ork_complex8 *a, con
     *info = 0;
     if (*n == 0) return;
     if (!ork::core::matrix_fits<ork_complex8>(*n, *n, *lda)) return (void)check::fail(e, info, 3);
-    ork::core::lapack::whole(e, ork::core::kernels().ork_blas_cpotrf_l_small, n, a, lda, info);
+    ork::core::whole(e, ork::core::kernels().ork_blas_cpotrf_l_small, n, a, lda, info);
 }
 ORK_CORE_API void ork_blas_csytrf_l_small(const ork_int *n, ork_complex8 *a, const ork_int *lda, ork_int *ipiv, ork_int *info) {
     const entry e("ork_blas_csytrf_l_small");
@@ -478,7 +478,7 @@ ORK_CORE_API void ork_blas_csytrf_l_small(const ork_int *n, ork_complex8 *a, con
     *info = 0;
     if (*n == 0) return;
     if (!ork::core::matrix_fits<ork_complex8>(*n, *n, *lda)) return (void)check::fail(e, info, 3);
-    ork::core::lapack::whole(e, ork::core::kernels().ork_blas_csytrf_l_small, n, a, lda, ipiv, info);
+    ork::core::whole(e, ork::core::kernels().ork_blas_csytrf_l_small, n, a, lda, ipiv, info);
 }
 ORK_CORE_API void ork_blas_cgtsv_small(const ork_int *n, const ork_int *nrhs, ork_complex8 *dl, ork_complex8 *d, ork_complex8 *du, ork_complex8 *b, const ork_int *ldb, ork_int *info) {
     const entry e("ork_blas_cgtsv_small");
@@ -494,7 +494,7 @@ ORK_CORE_API void ork_blas_cgtsv_small(const ork_int *n, const ork_int *nrhs, or
     if (*n == 0) return;
     if (!ork::core::vector_fits<ork_complex8>(*n, 1)) return (void)check::fail(e, info, 1);
     if (!ork::core::matrix_fits<ork_complex8>(*n, *nrhs, *ldb)) return (void)check::fail(e, info, 7);
-    ork::core::lapack::whole(e, ork::core::kernels().ork_blas_cgtsv_small, n, nrhs, dl, d, du, b, ldb, info);
+    ork::core::whole(e, ork::core::kernels().ork_blas_cgtsv_small, n, nrhs, dl, d, du, b, ldb, info);
 }
 ORK_CORE_API void ork_blas_cptts2(const ork_int *iuplo, const ork_int *n, const ork_int *nrhs, const float *d, const ork_complex8 *e, ork_complex8 *b, const ork_int *ldb) {
     const entry en("ork_blas_cptts2");
@@ -691,7 +691,7 @@ ORK_CORE_API void ork_blas_zpotrf_l_small(const ork_int *n, ork_complex16 *a, co
     *info = 0;
     if (*n == 0) return;
     if (!ork::core::matrix_fits<ork_complex16>(*n, *n, *lda)) return (void)check::fail(e, info, 3);
-    ork::core::lapack::whole(e, ork::core::kernels().ork_blas_zpotrf_l_small, n, a, lda, info);
+    ork::core::whole(e, ork::core::kernels().ork_blas_zpotrf_l_small, n, a, lda, info);
 }
 ORK_CORE_API void ork_blas_zsytrf_l_small(const ork_int *n, ork_complex16 *a, const ork_int *lda, ork_int *ipiv, ork_int *info) {
     const entry e("ork_blas_zsytrf_l_small");
@@ -703,7 +703,7 @@ ORK_CORE_API void ork_blas_zsytrf_l_small(const ork_int *n, ork_complex16 *a, co
     *info = 0;
     if (*n == 0) return;
     if (!ork::core::matrix_fits<ork_complex16>(*n, *n, *lda)) return (void)check::fail(e, info, 3);
-    ork::core::lapack::whole(e, ork::core::kernels().ork_blas_zsytrf_l_small, n, a, lda, ipiv, info);
+    ork::core::whole(e, ork::core::kernels().ork_blas_zsytrf_l_small, n, a, lda, ipiv, info);
 }
 ORK_CORE_API void ork_blas_zgtsv_small(const ork_int *n, const ork_int *nrhs, ork_complex16 *dl, ork_complex16 *d, ork_complex16 *du, ork_complex16 *b, const ork_int *ldb, ork_int *info) {
     const entry e("ork_blas_zgtsv_small");
@@ -719,7 +719,7 @@ ORK_CORE_API void ork_blas_zgtsv_small(const ork_int *n, const ork_int *nrhs, or
     if (*n == 0) return;
     if (!ork::core::vector_fits<ork_complex16>(*n, 1)) return (void)check::fail(e, info, 1);
     if (!ork::core::matrix_fits<ork_complex16>(*n, *nrhs, *ldb)) return (void)check::fail(e, info, 7);
-    ork::core::lapack::whole(e, ork::core::kernels().ork_blas_zgtsv_small, n, nrhs, dl, d, du, b, ldb, info);
+    ork::core::whole(e, ork::core::kernels().ork_blas_zgtsv_small, n, nrhs, dl, d, du, b, ldb, info);
 }
 ORK_CORE_API void ork_blas_zptts2(const ork_int *iuplo, const ork_int *n, const ork_int *nrhs, const double *d, const ork_complex16 *e, ork_complex16 *b, const ork_int *ldb) {
     const entry en("ork_blas_zptts2");

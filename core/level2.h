@@ -147,8 +147,6 @@ void symv(const entry&, K kernel, const char* uplo, const idx* n, const C* alpha
         }
     });
 }
-template <class K, class... A> void sbmv(const entry&, K kernel, A... args) { kernel(args...); }
-template <class K, class... A> void spmv(const entry&, K kernel, A... args) { kernel(args...); }
 
 // ---- general updates (m, n, alpha, x, incx, y, incy, a, lda), by columns
 template <class K, class C>
@@ -249,8 +247,5 @@ void syr2(const entry&, K kernel, const char* uplo, const idx* n, const C* alpha
         }
     });
 }
-// packed storage runs whole
-template <class K, class... A> void spr(const entry&, K kernel, A... args) { kernel(args...); }
-template <class K, class... A> void spr2(const entry&, K kernel, A... args) { kernel(args...); }
 
 }  // namespace ork::core::level2

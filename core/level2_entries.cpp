@@ -204,7 +204,7 @@ ORK_CORE_API void ork_blas_ssbmv(const char *uplo, const ork_int *n, const ork_i
     if (!ork::core::matrix_fits<float>(*k + 1, *n, *lda)) return (void)e.fail(6);
     if (!ork::core::vector_fits<float>(*n, *incx)) return (void)e.fail(8);
     if (!ork::core::vector_fits<float>(*n, *incy)) return (void)e.fail(11);
-    ork::core::level2::sbmv(e, ork::core::kernels().ork_blas_ssbmv, uplo, n, k, alpha, a, lda, x, incx, beta, y, incy);
+    ork::core::whole(e, ork::core::kernels().ork_blas_ssbmv, uplo, n, k, alpha, a, lda, x, incx, beta, y, incy);
 }
 ORK_CORE_API void ork_blas_sspmv(const char *uplo, const ork_int *n, const float *alpha, const float *ap, const float *x, const ork_int *incx, const float *beta, float *y, const ork_int *incy) {
     const entry e("ork_blas_sspmv");
@@ -221,7 +221,7 @@ ORK_CORE_API void ork_blas_sspmv(const char *uplo, const ork_int *n, const float
     if (!ork::core::packed_fits<float>(*n)) return (void)e.fail(2);
     if (!ork::core::vector_fits<float>(*n, *incx)) return (void)e.fail(6);
     if (!ork::core::vector_fits<float>(*n, *incy)) return (void)e.fail(9);
-    ork::core::level2::spmv(e, ork::core::kernels().ork_blas_sspmv, uplo, n, alpha, ap, x, incx, beta, y, incy);
+    ork::core::whole(e, ork::core::kernels().ork_blas_sspmv, uplo, n, alpha, ap, x, incx, beta, y, incy);
 }
 ORK_CORE_API void ork_blas_dsymv(const char *uplo, const ork_int *n, const double *alpha, const double *a, const ork_int *lda, const double *x, const ork_int *incx, const double *beta, double *y, const ork_int *incy) {
     const entry e("ork_blas_dsymv");
@@ -258,7 +258,7 @@ ORK_CORE_API void ork_blas_dsbmv(const char *uplo, const ork_int *n, const ork_i
     if (!ork::core::matrix_fits<double>(*k + 1, *n, *lda)) return (void)e.fail(6);
     if (!ork::core::vector_fits<double>(*n, *incx)) return (void)e.fail(8);
     if (!ork::core::vector_fits<double>(*n, *incy)) return (void)e.fail(11);
-    ork::core::level2::sbmv(e, ork::core::kernels().ork_blas_dsbmv, uplo, n, k, alpha, a, lda, x, incx, beta, y, incy);
+    ork::core::whole(e, ork::core::kernels().ork_blas_dsbmv, uplo, n, k, alpha, a, lda, x, incx, beta, y, incy);
 }
 ORK_CORE_API void ork_blas_dspmv(const char *uplo, const ork_int *n, const double *alpha, const double *ap, const double *x, const ork_int *incx, const double *beta, double *y, const ork_int *incy) {
     const entry e("ork_blas_dspmv");
@@ -275,7 +275,7 @@ ORK_CORE_API void ork_blas_dspmv(const char *uplo, const ork_int *n, const doubl
     if (!ork::core::packed_fits<double>(*n)) return (void)e.fail(2);
     if (!ork::core::vector_fits<double>(*n, *incx)) return (void)e.fail(6);
     if (!ork::core::vector_fits<double>(*n, *incy)) return (void)e.fail(9);
-    ork::core::level2::spmv(e, ork::core::kernels().ork_blas_dspmv, uplo, n, alpha, ap, x, incx, beta, y, incy);
+    ork::core::whole(e, ork::core::kernels().ork_blas_dspmv, uplo, n, alpha, ap, x, incx, beta, y, incy);
 }
 ORK_CORE_API void ork_blas_chemv(const char *uplo, const ork_int *n, const ork_complex8 *alpha, const ork_complex8 *a, const ork_int *lda, const ork_complex8 *x, const ork_int *incx, const ork_complex8 *beta, ork_complex8 *y, const ork_int *incy) {
     const entry e("ork_blas_chemv");
@@ -312,7 +312,7 @@ ORK_CORE_API void ork_blas_chbmv(const char *uplo, const ork_int *n, const ork_i
     if (!ork::core::matrix_fits<ork_complex8>(*k + 1, *n, *lda)) return (void)e.fail(6);
     if (!ork::core::vector_fits<ork_complex8>(*n, *incx)) return (void)e.fail(8);
     if (!ork::core::vector_fits<ork_complex8>(*n, *incy)) return (void)e.fail(11);
-    ork::core::level2::sbmv(e, ork::core::kernels().ork_blas_chbmv, uplo, n, k, alpha, a, lda, x, incx, beta, y, incy);
+    ork::core::whole(e, ork::core::kernels().ork_blas_chbmv, uplo, n, k, alpha, a, lda, x, incx, beta, y, incy);
 }
 ORK_CORE_API void ork_blas_chpmv(const char *uplo, const ork_int *n, const ork_complex8 *alpha, const ork_complex8 *ap, const ork_complex8 *x, const ork_int *incx, const ork_complex8 *beta, ork_complex8 *y, const ork_int *incy) {
     const entry e("ork_blas_chpmv");
@@ -329,7 +329,7 @@ ORK_CORE_API void ork_blas_chpmv(const char *uplo, const ork_int *n, const ork_c
     if (!ork::core::packed_fits<ork_complex8>(*n)) return (void)e.fail(2);
     if (!ork::core::vector_fits<ork_complex8>(*n, *incx)) return (void)e.fail(6);
     if (!ork::core::vector_fits<ork_complex8>(*n, *incy)) return (void)e.fail(9);
-    ork::core::level2::spmv(e, ork::core::kernels().ork_blas_chpmv, uplo, n, alpha, ap, x, incx, beta, y, incy);
+    ork::core::whole(e, ork::core::kernels().ork_blas_chpmv, uplo, n, alpha, ap, x, incx, beta, y, incy);
 }
 ORK_CORE_API void ork_blas_zhemv(const char *uplo, const ork_int *n, const ork_complex16 *alpha, const ork_complex16 *a, const ork_int *lda, const ork_complex16 *x, const ork_int *incx, const ork_complex16 *beta, ork_complex16 *y, const ork_int *incy) {
     const entry e("ork_blas_zhemv");
@@ -366,7 +366,7 @@ ORK_CORE_API void ork_blas_zhbmv(const char *uplo, const ork_int *n, const ork_i
     if (!ork::core::matrix_fits<ork_complex16>(*k + 1, *n, *lda)) return (void)e.fail(6);
     if (!ork::core::vector_fits<ork_complex16>(*n, *incx)) return (void)e.fail(8);
     if (!ork::core::vector_fits<ork_complex16>(*n, *incy)) return (void)e.fail(11);
-    ork::core::level2::sbmv(e, ork::core::kernels().ork_blas_zhbmv, uplo, n, k, alpha, a, lda, x, incx, beta, y, incy);
+    ork::core::whole(e, ork::core::kernels().ork_blas_zhbmv, uplo, n, k, alpha, a, lda, x, incx, beta, y, incy);
 }
 ORK_CORE_API void ork_blas_zhpmv(const char *uplo, const ork_int *n, const ork_complex16 *alpha, const ork_complex16 *ap, const ork_complex16 *x, const ork_int *incx, const ork_complex16 *beta, ork_complex16 *y, const ork_int *incy) {
     const entry e("ork_blas_zhpmv");
@@ -383,7 +383,7 @@ ORK_CORE_API void ork_blas_zhpmv(const char *uplo, const ork_int *n, const ork_c
     if (!ork::core::packed_fits<ork_complex16>(*n)) return (void)e.fail(2);
     if (!ork::core::vector_fits<ork_complex16>(*n, *incx)) return (void)e.fail(6);
     if (!ork::core::vector_fits<ork_complex16>(*n, *incy)) return (void)e.fail(9);
-    ork::core::level2::spmv(e, ork::core::kernels().ork_blas_zhpmv, uplo, n, alpha, ap, x, incx, beta, y, incy);
+    ork::core::whole(e, ork::core::kernels().ork_blas_zhpmv, uplo, n, alpha, ap, x, incx, beta, y, incy);
 }
 ORK_CORE_API void ork_blas_sger(const ork_int *m, const ork_int *n, const float *alpha, const float *x, const ork_int *incx, const float *y, const ork_int *incy, float *a, const ork_int *lda) {
     const entry e("ork_blas_sger");
@@ -512,7 +512,7 @@ ORK_CORE_API void ork_blas_sspr(const char *uplo, const ork_int *n, const float 
     if (*n == 0 || check::is_zero(*alpha)) return;
     if (!ork::core::vector_fits<float>(*n, *incx)) return (void)e.fail(5);
     if (!ork::core::packed_fits<float>(*n)) return (void)e.fail(2);
-    ork::core::level2::spr(e, ork::core::kernels().ork_blas_sspr, uplo, n, alpha, x, incx, ap);
+    ork::core::whole(e, ork::core::kernels().ork_blas_sspr, uplo, n, alpha, x, incx, ap);
 }
 ORK_CORE_API void ork_blas_ssyr2(const char *uplo, const ork_int *n, const float *alpha, const float *x, const ork_int *incx, const float *y, const ork_int *incy, float *a, const ork_int *lda) {
     const entry e("ork_blas_ssyr2");
@@ -545,7 +545,7 @@ ORK_CORE_API void ork_blas_sspr2(const char *uplo, const ork_int *n, const float
     if (!ork::core::vector_fits<float>(*n, *incx)) return (void)e.fail(5);
     if (!ork::core::vector_fits<float>(*n, *incy)) return (void)e.fail(7);
     if (!ork::core::packed_fits<float>(*n)) return (void)e.fail(2);
-    ork::core::level2::spr2(e, ork::core::kernels().ork_blas_sspr2, uplo, n, alpha, x, incx, y, incy, ap);
+    ork::core::whole(e, ork::core::kernels().ork_blas_sspr2, uplo, n, alpha, x, incx, y, incy, ap);
 }
 ORK_CORE_API void ork_blas_dsyr(const char *uplo, const ork_int *n, const double *alpha, const double *x, const ork_int *incx, double *a, const ork_int *lda) {
     const entry e("ork_blas_dsyr");
@@ -572,7 +572,7 @@ ORK_CORE_API void ork_blas_dspr(const char *uplo, const ork_int *n, const double
     if (*n == 0 || check::is_zero(*alpha)) return;
     if (!ork::core::vector_fits<double>(*n, *incx)) return (void)e.fail(5);
     if (!ork::core::packed_fits<double>(*n)) return (void)e.fail(2);
-    ork::core::level2::spr(e, ork::core::kernels().ork_blas_dspr, uplo, n, alpha, x, incx, ap);
+    ork::core::whole(e, ork::core::kernels().ork_blas_dspr, uplo, n, alpha, x, incx, ap);
 }
 ORK_CORE_API void ork_blas_dsyr2(const char *uplo, const ork_int *n, const double *alpha, const double *x, const ork_int *incx, const double *y, const ork_int *incy, double *a, const ork_int *lda) {
     const entry e("ork_blas_dsyr2");
@@ -605,7 +605,7 @@ ORK_CORE_API void ork_blas_dspr2(const char *uplo, const ork_int *n, const doubl
     if (!ork::core::vector_fits<double>(*n, *incx)) return (void)e.fail(5);
     if (!ork::core::vector_fits<double>(*n, *incy)) return (void)e.fail(7);
     if (!ork::core::packed_fits<double>(*n)) return (void)e.fail(2);
-    ork::core::level2::spr2(e, ork::core::kernels().ork_blas_dspr2, uplo, n, alpha, x, incx, y, incy, ap);
+    ork::core::whole(e, ork::core::kernels().ork_blas_dspr2, uplo, n, alpha, x, incx, y, incy, ap);
 }
 ORK_CORE_API void ork_blas_cher(const char *uplo, const ork_int *n, const float *alpha, const ork_complex8 *x, const ork_int *incx, ork_complex8 *a, const ork_int *lda) {
     const entry e("ork_blas_cher");
@@ -632,7 +632,7 @@ ORK_CORE_API void ork_blas_chpr(const char *uplo, const ork_int *n, const float 
     if (*n == 0 || check::is_zero(*alpha)) return;
     if (!ork::core::vector_fits<ork_complex8>(*n, *incx)) return (void)e.fail(5);
     if (!ork::core::packed_fits<ork_complex8>(*n)) return (void)e.fail(2);
-    ork::core::level2::spr(e, ork::core::kernels().ork_blas_chpr, uplo, n, alpha, x, incx, ap);
+    ork::core::whole(e, ork::core::kernels().ork_blas_chpr, uplo, n, alpha, x, incx, ap);
 }
 ORK_CORE_API void ork_blas_cher2(const char *uplo, const ork_int *n, const ork_complex8 *alpha, const ork_complex8 *x, const ork_int *incx, const ork_complex8 *y, const ork_int *incy, ork_complex8 *a, const ork_int *lda) {
     const entry e("ork_blas_cher2");
@@ -665,7 +665,7 @@ ORK_CORE_API void ork_blas_chpr2(const char *uplo, const ork_int *n, const ork_c
     if (!ork::core::vector_fits<ork_complex8>(*n, *incx)) return (void)e.fail(5);
     if (!ork::core::vector_fits<ork_complex8>(*n, *incy)) return (void)e.fail(7);
     if (!ork::core::packed_fits<ork_complex8>(*n)) return (void)e.fail(2);
-    ork::core::level2::spr2(e, ork::core::kernels().ork_blas_chpr2, uplo, n, alpha, x, incx, y, incy, ap);
+    ork::core::whole(e, ork::core::kernels().ork_blas_chpr2, uplo, n, alpha, x, incx, y, incy, ap);
 }
 ORK_CORE_API void ork_blas_zher(const char *uplo, const ork_int *n, const double *alpha, const ork_complex16 *x, const ork_int *incx, ork_complex16 *a, const ork_int *lda) {
     const entry e("ork_blas_zher");
@@ -692,7 +692,7 @@ ORK_CORE_API void ork_blas_zhpr(const char *uplo, const ork_int *n, const double
     if (*n == 0 || check::is_zero(*alpha)) return;
     if (!ork::core::vector_fits<ork_complex16>(*n, *incx)) return (void)e.fail(5);
     if (!ork::core::packed_fits<ork_complex16>(*n)) return (void)e.fail(2);
-    ork::core::level2::spr(e, ork::core::kernels().ork_blas_zhpr, uplo, n, alpha, x, incx, ap);
+    ork::core::whole(e, ork::core::kernels().ork_blas_zhpr, uplo, n, alpha, x, incx, ap);
 }
 ORK_CORE_API void ork_blas_zher2(const char *uplo, const ork_int *n, const ork_complex16 *alpha, const ork_complex16 *x, const ork_int *incx, const ork_complex16 *y, const ork_int *incy, ork_complex16 *a, const ork_int *lda) {
     const entry e("ork_blas_zher2");
@@ -725,5 +725,5 @@ ORK_CORE_API void ork_blas_zhpr2(const char *uplo, const ork_int *n, const ork_c
     if (!ork::core::vector_fits<ork_complex16>(*n, *incx)) return (void)e.fail(5);
     if (!ork::core::vector_fits<ork_complex16>(*n, *incy)) return (void)e.fail(7);
     if (!ork::core::packed_fits<ork_complex16>(*n)) return (void)e.fail(2);
-    ork::core::level2::spr2(e, ork::core::kernels().ork_blas_zhpr2, uplo, n, alpha, x, incx, y, incy, ap);
+    ork::core::whole(e, ork::core::kernels().ork_blas_zhpr2, uplo, n, alpha, x, incx, y, incy, ap);
 }

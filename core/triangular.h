@@ -15,9 +15,6 @@ namespace ork::core::triangular {
 
 using idx = ork_int;
 
-// the kernel on the whole problem, in the caller's thread
-template <class K, class... A> void whole(const entry&, K kernel, A... args) { kernel(args...); }
-
 // Below this many elements of the triangle per thread a split does not pay.
 constexpr double trmv_per_thread = 1 << 17;
 

@@ -38,7 +38,7 @@ ORK_CORE_API void ork_blas_stbmv(const char *uplo, const char *trans, const char
     if (*n == 0) return;
     if (!ork::core::matrix_fits<float>(*k + 1, *n, *lda)) return (void)e.fail(7);
     if (!ork::core::vector_fits<float>(*n, *incx)) return (void)e.fail(9);
-    ork::core::triangular::whole(e, ork::core::kernels().ork_blas_stbmv, uplo, trans, diag, n, k, a, lda, x, incx);
+    ork::core::whole(e, ork::core::kernels().ork_blas_stbmv, uplo, trans, diag, n, k, a, lda, x, incx);
 }
 ORK_CORE_API void ork_blas_stpmv(const char *uplo, const char *trans, const char *diag, const ork_int *n, const float *ap, float *x, const ork_int *incx) {
     const entry e("ork_blas_stpmv");
@@ -52,7 +52,7 @@ ORK_CORE_API void ork_blas_stpmv(const char *uplo, const char *trans, const char
     if (*n == 0) return;
     if (!ork::core::packed_fits<float>(*n)) return (void)e.fail(4);
     if (!ork::core::vector_fits<float>(*n, *incx)) return (void)e.fail(7);
-    ork::core::triangular::whole(e, ork::core::kernels().ork_blas_stpmv, uplo, trans, diag, n, ap, x, incx);
+    ork::core::whole(e, ork::core::kernels().ork_blas_stpmv, uplo, trans, diag, n, ap, x, incx);
 }
 ORK_CORE_API void ork_blas_strsv(const char *uplo, const char *trans, const char *diag, const ork_int *n, const float *a, const ork_int *lda, float *x, const ork_int *incx) {
     const entry e("ork_blas_strsv");
@@ -67,7 +67,7 @@ ORK_CORE_API void ork_blas_strsv(const char *uplo, const char *trans, const char
     if (*n == 0) return;
     if (!ork::core::matrix_fits<float>(*n, *n, *lda)) return (void)e.fail(6);
     if (!ork::core::vector_fits<float>(*n, *incx)) return (void)e.fail(8);
-    ork::core::triangular::whole(e, ork::core::kernels().ork_blas_strsv, uplo, trans, diag, n, a, lda, x, incx);
+    ork::core::whole(e, ork::core::kernels().ork_blas_strsv, uplo, trans, diag, n, a, lda, x, incx);
 }
 ORK_CORE_API void ork_blas_stbsv(const char *uplo, const char *trans, const char *diag, const ork_int *n, const ork_int *k, const float *a, const ork_int *lda, float *x, const ork_int *incx) {
     const entry e("ork_blas_stbsv");
@@ -83,7 +83,7 @@ ORK_CORE_API void ork_blas_stbsv(const char *uplo, const char *trans, const char
     if (*n == 0) return;
     if (!ork::core::matrix_fits<float>(*k + 1, *n, *lda)) return (void)e.fail(7);
     if (!ork::core::vector_fits<float>(*n, *incx)) return (void)e.fail(9);
-    ork::core::triangular::whole(e, ork::core::kernels().ork_blas_stbsv, uplo, trans, diag, n, k, a, lda, x, incx);
+    ork::core::whole(e, ork::core::kernels().ork_blas_stbsv, uplo, trans, diag, n, k, a, lda, x, incx);
 }
 ORK_CORE_API void ork_blas_stpsv(const char *uplo, const char *trans, const char *diag, const ork_int *n, const float *ap, float *x, const ork_int *incx) {
     const entry e("ork_blas_stpsv");
@@ -97,7 +97,7 @@ ORK_CORE_API void ork_blas_stpsv(const char *uplo, const char *trans, const char
     if (*n == 0) return;
     if (!ork::core::packed_fits<float>(*n)) return (void)e.fail(4);
     if (!ork::core::vector_fits<float>(*n, *incx)) return (void)e.fail(7);
-    ork::core::triangular::whole(e, ork::core::kernels().ork_blas_stpsv, uplo, trans, diag, n, ap, x, incx);
+    ork::core::whole(e, ork::core::kernels().ork_blas_stpsv, uplo, trans, diag, n, ap, x, incx);
 }
 ORK_CORE_API void ork_blas_dtrmv(const char *uplo, const char *trans, const char *diag, const ork_int *n, const double *a, const ork_int *lda, double *x, const ork_int *incx) {
     const entry e("ork_blas_dtrmv");
@@ -128,7 +128,7 @@ ORK_CORE_API void ork_blas_dtbmv(const char *uplo, const char *trans, const char
     if (*n == 0) return;
     if (!ork::core::matrix_fits<double>(*k + 1, *n, *lda)) return (void)e.fail(7);
     if (!ork::core::vector_fits<double>(*n, *incx)) return (void)e.fail(9);
-    ork::core::triangular::whole(e, ork::core::kernels().ork_blas_dtbmv, uplo, trans, diag, n, k, a, lda, x, incx);
+    ork::core::whole(e, ork::core::kernels().ork_blas_dtbmv, uplo, trans, diag, n, k, a, lda, x, incx);
 }
 ORK_CORE_API void ork_blas_dtpmv(const char *uplo, const char *trans, const char *diag, const ork_int *n, const double *ap, double *x, const ork_int *incx) {
     const entry e("ork_blas_dtpmv");
@@ -142,7 +142,7 @@ ORK_CORE_API void ork_blas_dtpmv(const char *uplo, const char *trans, const char
     if (*n == 0) return;
     if (!ork::core::packed_fits<double>(*n)) return (void)e.fail(4);
     if (!ork::core::vector_fits<double>(*n, *incx)) return (void)e.fail(7);
-    ork::core::triangular::whole(e, ork::core::kernels().ork_blas_dtpmv, uplo, trans, diag, n, ap, x, incx);
+    ork::core::whole(e, ork::core::kernels().ork_blas_dtpmv, uplo, trans, diag, n, ap, x, incx);
 }
 ORK_CORE_API void ork_blas_dtrsv(const char *uplo, const char *trans, const char *diag, const ork_int *n, const double *a, const ork_int *lda, double *x, const ork_int *incx) {
     const entry e("ork_blas_dtrsv");
@@ -157,7 +157,7 @@ ORK_CORE_API void ork_blas_dtrsv(const char *uplo, const char *trans, const char
     if (*n == 0) return;
     if (!ork::core::matrix_fits<double>(*n, *n, *lda)) return (void)e.fail(6);
     if (!ork::core::vector_fits<double>(*n, *incx)) return (void)e.fail(8);
-    ork::core::triangular::whole(e, ork::core::kernels().ork_blas_dtrsv, uplo, trans, diag, n, a, lda, x, incx);
+    ork::core::whole(e, ork::core::kernels().ork_blas_dtrsv, uplo, trans, diag, n, a, lda, x, incx);
 }
 ORK_CORE_API void ork_blas_dtbsv(const char *uplo, const char *trans, const char *diag, const ork_int *n, const ork_int *k, const double *a, const ork_int *lda, double *x, const ork_int *incx) {
     const entry e("ork_blas_dtbsv");
@@ -173,7 +173,7 @@ ORK_CORE_API void ork_blas_dtbsv(const char *uplo, const char *trans, const char
     if (*n == 0) return;
     if (!ork::core::matrix_fits<double>(*k + 1, *n, *lda)) return (void)e.fail(7);
     if (!ork::core::vector_fits<double>(*n, *incx)) return (void)e.fail(9);
-    ork::core::triangular::whole(e, ork::core::kernels().ork_blas_dtbsv, uplo, trans, diag, n, k, a, lda, x, incx);
+    ork::core::whole(e, ork::core::kernels().ork_blas_dtbsv, uplo, trans, diag, n, k, a, lda, x, incx);
 }
 ORK_CORE_API void ork_blas_dtpsv(const char *uplo, const char *trans, const char *diag, const ork_int *n, const double *ap, double *x, const ork_int *incx) {
     const entry e("ork_blas_dtpsv");
@@ -187,7 +187,7 @@ ORK_CORE_API void ork_blas_dtpsv(const char *uplo, const char *trans, const char
     if (*n == 0) return;
     if (!ork::core::packed_fits<double>(*n)) return (void)e.fail(4);
     if (!ork::core::vector_fits<double>(*n, *incx)) return (void)e.fail(7);
-    ork::core::triangular::whole(e, ork::core::kernels().ork_blas_dtpsv, uplo, trans, diag, n, ap, x, incx);
+    ork::core::whole(e, ork::core::kernels().ork_blas_dtpsv, uplo, trans, diag, n, ap, x, incx);
 }
 ORK_CORE_API void ork_blas_ctrmv(const char *uplo, const char *trans, const char *diag, const ork_int *n, const ork_complex8 *a, const ork_int *lda, ork_complex8 *x, const ork_int *incx) {
     const entry e("ork_blas_ctrmv");
@@ -218,7 +218,7 @@ ORK_CORE_API void ork_blas_ctbmv(const char *uplo, const char *trans, const char
     if (*n == 0) return;
     if (!ork::core::matrix_fits<ork_complex8>(*k + 1, *n, *lda)) return (void)e.fail(7);
     if (!ork::core::vector_fits<ork_complex8>(*n, *incx)) return (void)e.fail(9);
-    ork::core::triangular::whole(e, ork::core::kernels().ork_blas_ctbmv, uplo, trans, diag, n, k, a, lda, x, incx);
+    ork::core::whole(e, ork::core::kernels().ork_blas_ctbmv, uplo, trans, diag, n, k, a, lda, x, incx);
 }
 ORK_CORE_API void ork_blas_ctpmv(const char *uplo, const char *trans, const char *diag, const ork_int *n, const ork_complex8 *ap, ork_complex8 *x, const ork_int *incx) {
     const entry e("ork_blas_ctpmv");
@@ -232,7 +232,7 @@ ORK_CORE_API void ork_blas_ctpmv(const char *uplo, const char *trans, const char
     if (*n == 0) return;
     if (!ork::core::packed_fits<ork_complex8>(*n)) return (void)e.fail(4);
     if (!ork::core::vector_fits<ork_complex8>(*n, *incx)) return (void)e.fail(7);
-    ork::core::triangular::whole(e, ork::core::kernels().ork_blas_ctpmv, uplo, trans, diag, n, ap, x, incx);
+    ork::core::whole(e, ork::core::kernels().ork_blas_ctpmv, uplo, trans, diag, n, ap, x, incx);
 }
 ORK_CORE_API void ork_blas_ctrsv(const char *uplo, const char *trans, const char *diag, const ork_int *n, const ork_complex8 *a, const ork_int *lda, ork_complex8 *x, const ork_int *incx) {
     const entry e("ork_blas_ctrsv");
@@ -247,7 +247,7 @@ ORK_CORE_API void ork_blas_ctrsv(const char *uplo, const char *trans, const char
     if (*n == 0) return;
     if (!ork::core::matrix_fits<ork_complex8>(*n, *n, *lda)) return (void)e.fail(6);
     if (!ork::core::vector_fits<ork_complex8>(*n, *incx)) return (void)e.fail(8);
-    ork::core::triangular::whole(e, ork::core::kernels().ork_blas_ctrsv, uplo, trans, diag, n, a, lda, x, incx);
+    ork::core::whole(e, ork::core::kernels().ork_blas_ctrsv, uplo, trans, diag, n, a, lda, x, incx);
 }
 ORK_CORE_API void ork_blas_ctbsv(const char *uplo, const char *trans, const char *diag, const ork_int *n, const ork_int *k, const ork_complex8 *a, const ork_int *lda, ork_complex8 *x, const ork_int *incx) {
     const entry e("ork_blas_ctbsv");
@@ -263,7 +263,7 @@ ORK_CORE_API void ork_blas_ctbsv(const char *uplo, const char *trans, const char
     if (*n == 0) return;
     if (!ork::core::matrix_fits<ork_complex8>(*k + 1, *n, *lda)) return (void)e.fail(7);
     if (!ork::core::vector_fits<ork_complex8>(*n, *incx)) return (void)e.fail(9);
-    ork::core::triangular::whole(e, ork::core::kernels().ork_blas_ctbsv, uplo, trans, diag, n, k, a, lda, x, incx);
+    ork::core::whole(e, ork::core::kernels().ork_blas_ctbsv, uplo, trans, diag, n, k, a, lda, x, incx);
 }
 ORK_CORE_API void ork_blas_ctpsv(const char *uplo, const char *trans, const char *diag, const ork_int *n, const ork_complex8 *ap, ork_complex8 *x, const ork_int *incx) {
     const entry e("ork_blas_ctpsv");
@@ -277,7 +277,7 @@ ORK_CORE_API void ork_blas_ctpsv(const char *uplo, const char *trans, const char
     if (*n == 0) return;
     if (!ork::core::packed_fits<ork_complex8>(*n)) return (void)e.fail(4);
     if (!ork::core::vector_fits<ork_complex8>(*n, *incx)) return (void)e.fail(7);
-    ork::core::triangular::whole(e, ork::core::kernels().ork_blas_ctpsv, uplo, trans, diag, n, ap, x, incx);
+    ork::core::whole(e, ork::core::kernels().ork_blas_ctpsv, uplo, trans, diag, n, ap, x, incx);
 }
 ORK_CORE_API void ork_blas_ztrmv(const char *uplo, const char *trans, const char *diag, const ork_int *n, const ork_complex16 *a, const ork_int *lda, ork_complex16 *x, const ork_int *incx) {
     const entry e("ork_blas_ztrmv");
@@ -308,7 +308,7 @@ ORK_CORE_API void ork_blas_ztbmv(const char *uplo, const char *trans, const char
     if (*n == 0) return;
     if (!ork::core::matrix_fits<ork_complex16>(*k + 1, *n, *lda)) return (void)e.fail(7);
     if (!ork::core::vector_fits<ork_complex16>(*n, *incx)) return (void)e.fail(9);
-    ork::core::triangular::whole(e, ork::core::kernels().ork_blas_ztbmv, uplo, trans, diag, n, k, a, lda, x, incx);
+    ork::core::whole(e, ork::core::kernels().ork_blas_ztbmv, uplo, trans, diag, n, k, a, lda, x, incx);
 }
 ORK_CORE_API void ork_blas_ztpmv(const char *uplo, const char *trans, const char *diag, const ork_int *n, const ork_complex16 *ap, ork_complex16 *x, const ork_int *incx) {
     const entry e("ork_blas_ztpmv");
@@ -322,7 +322,7 @@ ORK_CORE_API void ork_blas_ztpmv(const char *uplo, const char *trans, const char
     if (*n == 0) return;
     if (!ork::core::packed_fits<ork_complex16>(*n)) return (void)e.fail(4);
     if (!ork::core::vector_fits<ork_complex16>(*n, *incx)) return (void)e.fail(7);
-    ork::core::triangular::whole(e, ork::core::kernels().ork_blas_ztpmv, uplo, trans, diag, n, ap, x, incx);
+    ork::core::whole(e, ork::core::kernels().ork_blas_ztpmv, uplo, trans, diag, n, ap, x, incx);
 }
 ORK_CORE_API void ork_blas_ztrsv(const char *uplo, const char *trans, const char *diag, const ork_int *n, const ork_complex16 *a, const ork_int *lda, ork_complex16 *x, const ork_int *incx) {
     const entry e("ork_blas_ztrsv");
@@ -337,7 +337,7 @@ ORK_CORE_API void ork_blas_ztrsv(const char *uplo, const char *trans, const char
     if (*n == 0) return;
     if (!ork::core::matrix_fits<ork_complex16>(*n, *n, *lda)) return (void)e.fail(6);
     if (!ork::core::vector_fits<ork_complex16>(*n, *incx)) return (void)e.fail(8);
-    ork::core::triangular::whole(e, ork::core::kernels().ork_blas_ztrsv, uplo, trans, diag, n, a, lda, x, incx);
+    ork::core::whole(e, ork::core::kernels().ork_blas_ztrsv, uplo, trans, diag, n, a, lda, x, incx);
 }
 ORK_CORE_API void ork_blas_ztbsv(const char *uplo, const char *trans, const char *diag, const ork_int *n, const ork_int *k, const ork_complex16 *a, const ork_int *lda, ork_complex16 *x, const ork_int *incx) {
     const entry e("ork_blas_ztbsv");
@@ -353,7 +353,7 @@ ORK_CORE_API void ork_blas_ztbsv(const char *uplo, const char *trans, const char
     if (*n == 0) return;
     if (!ork::core::matrix_fits<ork_complex16>(*k + 1, *n, *lda)) return (void)e.fail(7);
     if (!ork::core::vector_fits<ork_complex16>(*n, *incx)) return (void)e.fail(9);
-    ork::core::triangular::whole(e, ork::core::kernels().ork_blas_ztbsv, uplo, trans, diag, n, k, a, lda, x, incx);
+    ork::core::whole(e, ork::core::kernels().ork_blas_ztbsv, uplo, trans, diag, n, k, a, lda, x, incx);
 }
 ORK_CORE_API void ork_blas_ztpsv(const char *uplo, const char *trans, const char *diag, const ork_int *n, const ork_complex16 *ap, ork_complex16 *x, const ork_int *incx) {
     const entry e("ork_blas_ztpsv");
@@ -367,5 +367,5 @@ ORK_CORE_API void ork_blas_ztpsv(const char *uplo, const char *trans, const char
     if (*n == 0) return;
     if (!ork::core::packed_fits<ork_complex16>(*n)) return (void)e.fail(4);
     if (!ork::core::vector_fits<ork_complex16>(*n, *incx)) return (void)e.fail(7);
-    ork::core::triangular::whole(e, ork::core::kernels().ork_blas_ztpsv, uplo, trans, diag, n, ap, x, incx);
+    ork::core::whole(e, ork::core::kernels().ork_blas_ztpsv, uplo, trans, diag, n, ap, x, incx);
 }

@@ -15,6 +15,7 @@ f = family(
 )
 
 B = "ork::core::lapack::"  # the bodies, core/lapack.h
+WHOLE = "ork::core::whole"  # the body of an entry that splits nothing, core/core.h
 POTRF = ("A = L*L^H, lower triangle (the upper one is not touched); info = 0, or the order of the first leading "
          "minor that is not positive definite")
 SYTRF = ("A = P*L*D*L^T*P^T, lower, Bunch-Kaufman pivoting, D with 1x1 and 2x2 blocks (complex symmetric for c, z); "
@@ -36,12 +37,12 @@ for T in SDCZ:
     C, R, p, E = T.c, T.real, T.letter, f"elem_t<{T.c}>"
     square = [array("a", C, "*n > 0", out=True), ld("lda", "check::at_least_1(*n)", C, "*n", "*n")]
     f.add(Routine(f"ork_blas_{p}potrf_l_small", kernel=f"ork_blas_{p}potrf_l_small", impl=f"lapack::potrf_l<{E}>",
-                  body=B + "whole", doc=POTRF, quick="*n == 0", args=[dim("n")] + square + [info("info")]))
+                  body=WHOLE, doc=POTRF, quick="*n == 0", args=[dim("n")] + square + [info("info")]))
     f.add(Routine(f"ork_blas_{p}sytrf_l_small", kernel=f"ork_blas_{p}sytrf_l_small", impl=f"lapack::sytrf_l<{E}>",
-                  body=B + "whole", doc=SYTRF, quick="*n == 0",
+                  body=WHOLE, doc=SYTRF, quick="*n == 0",
                   args=[dim("n")] + square + [array("ipiv", INT, "*n > 0", out=True), info("info")]))
     f.add(Routine(f"ork_blas_{p}gtsv_small", kernel=f"ork_blas_{p}gtsv_small", impl=f"lapack::gtsv<{E}>",
-                  body=B + "whole", doc=GTSV, quick="*n == 0",
+                  body=WHOLE, doc=GTSV, quick="*n == 0",
                   args=[dim("n", C), dim("nrhs"), array("dl", C, "*n > 1", out=True), array("d", C, "*n > 0", out=True),
                         array("du", C, "*n > 1", out=True), array("b", C, "*n > 0 && *nrhs > 0", out=True),
                         ld("ldb", "check::at_least_1(*n)", C, "*n", "*nrhs"), info("info")]))

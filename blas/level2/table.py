@@ -15,6 +15,7 @@ f = family(
 )
 
 B = "ork::core::level2::"  # the bodies, core/level2.h
+WHOLE = "ork::core::whole"  # the body of an entry that splits nothing, core/core.h
 NOTHING = "*{m} == 0 || *{n} == 0 || (check::is_zero(*alpha) && check::is_one(*beta))"
 
 
@@ -55,11 +56,11 @@ for T in SDCZ:
                   body=B + "symv", doc=doc, quick=quick,
                   args=[flag("uplo", "UL"), dim("n"), scalar("alpha", C), array("a", C, "*n > 0"),
                         ld("lda", "check::at_least_1(*n)", C, "*n", "*n")] + tail))
-    f.add(Routine(f"ork_blas_{p}{h}bmv", kernel=f"ork_blas_{p}{h}bmv", impl=f"sbmv<{E}, {herm}>", body=B + "sbmv",
+    f.add(Routine(f"ork_blas_{p}{h}bmv", kernel=f"ork_blas_{p}{h}bmv", impl=f"sbmv<{E}, {herm}>", body=WHOLE,
                   doc=doc, quick=quick,
                   args=[flag("uplo", "UL"), dim("n"), dim("k"), scalar("alpha", C), array("a", C, "*n > 0"),
                         ld("lda", "*k + 1", C, "*k + 1", "*n")] + tail))
-    f.add(Routine(f"ork_blas_{p}{h}pmv", kernel=f"ork_blas_{p}{h}pmv", impl=f"spmv<{E}, {herm}>", body=B + "spmv",
+    f.add(Routine(f"ork_blas_{p}{h}pmv", kernel=f"ork_blas_{p}{h}pmv", impl=f"spmv<{E}, {herm}>", body=WHOLE,
                   doc=doc, quick=quick,
                   args=[flag("uplo", "UL"), dim("n"), scalar("alpha", C), packed("ap", C, "n")] + tail))
 
@@ -94,11 +95,11 @@ for T in SDCZ:
     x = "" if T.complex else "x"
     f.add(Routine(f"ork_blas_{p}{s}", kernel=f"ork_blas_{x}{p}{s}", impl=f"syr<{E}, {herm}>", body=B + "syr",
                   doc=d1, quick=quick, args=one + full))
-    f.add(Routine(f"ork_blas_{p}{sp}", kernel=f"ork_blas_{p}{sp}", impl=f"spr<{E}, {herm}>", body=B + "spr",
+    f.add(Routine(f"ork_blas_{p}{sp}", kernel=f"ork_blas_{p}{sp}", impl=f"spr<{E}, {herm}>", body=WHOLE,
                   doc=d1, quick=quick, args=one + pk))
     f.add(Routine(f"ork_blas_{p}{s}2", kernel=f"ork_blas_{x}{p}{s}2", impl=f"syr2<{E}, {herm}>", body=B + "syr2",
                   doc=d2, quick=quick, args=two + full))
-    f.add(Routine(f"ork_blas_{p}{sp}2", kernel=f"ork_blas_{p}{sp}2", impl=f"spr2<{E}, {herm}>", body=B + "spr2",
+    f.add(Routine(f"ork_blas_{p}{sp}2", kernel=f"ork_blas_{p}{sp}2", impl=f"spr2<{E}, {herm}>", body=WHOLE,
                   doc=d2, quick=quick, args=two + pk))
     if not T.complex:
         piece = "Columns first..last (1-based, inclusive) of ?syr and ?syr2; disjoint ranges write disjoint parts of A"

@@ -16,6 +16,7 @@ f = family(
 )
 
 B = "ork::core::triangular::"  # the bodies, core/triangular.h
+WHOLE = "ork::core::whole"  # the body of an entry that splits nothing, core/core.h
 FLAGS = [flag("uplo", "UL"), flag("trans", "NTC"), flag("diag", "UN"), dim("n")]
 MV = "x := op(A)*x, A triangular (tr: full, tb: band with k diagonals, tp: packed); diag U: unit"
 SV = "x := inv(op(A))*x, the same storages; no test for singularity"
@@ -37,11 +38,11 @@ for T in SDCZ:
         else:
             # the solve hands its caller's trans on to gemv
             solve = [FLAGS[0], flag("trans", "NTC", as_given=True)] + FLAGS[2:]
-            f.add(Routine(f"ork_blas_{p}trsv", kernel=f"ork_blas_{p}trsv", impl=f"trsv<{E}>", body=B + "whole",
+            f.add(Routine(f"ork_blas_{p}trsv", kernel=f"ork_blas_{p}trsv", impl=f"trsv<{E}>", body=WHOLE,
                           doc=doc, quick="*n == 0", args=solve + full))
-        f.add(Routine(f"ork_blas_{p}tb{op}", kernel=f"ork_blas_{p}tb{op}", impl=f"tb{op}<{E}>", body=B + "whole",
+        f.add(Routine(f"ork_blas_{p}tb{op}", kernel=f"ork_blas_{p}tb{op}", impl=f"tb{op}<{E}>", body=WHOLE,
                       doc=doc, quick="*n == 0", args=FLAGS + band))
-        f.add(Routine(f"ork_blas_{p}tp{op}", kernel=f"ork_blas_{p}tp{op}", impl=f"tp{op}<{E}>", body=B + "whole",
+        f.add(Routine(f"ork_blas_{p}tp{op}", kernel=f"ork_blas_{p}tp{op}", impl=f"tp{op}<{E}>", body=WHOLE,
                       doc=doc, quick="*n == 0", args=FLAGS + pk))
     f.add(Routine(f"ork_blas_x{p}trmv_in_thread", kernel=f"ork_blas_x{p}trmv_in_thread", checked=False,
                   impl=f"trmv_piece<{E}>", doc=PIECE,
