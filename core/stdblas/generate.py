@@ -1,16 +1,22 @@
 #!/usr/bin/env python3
-"""Writes the Fortran-callable BLAS wrappers and their header.
+"""Writes the Fortran-callable BLAS and the CBLAS wrappers and their headers.
 
 core/stdblas/table.py names every Fortran routine; each one's argument list
 is libork's entry ork_blas_<routine> as its family table declares it (read
 from the public headers for a family not yet on a table), with every integer
 argument turned into the Fortran integer of the variant and one hidden
-length (size_t) appended per character flag. Outputs (checked in):
+length (size_t) appended per character flag. Its CBLAS rows name each
+cblas_ routine's libork entry and wrapper template; the CBLAS argument list
+is the entry's in the interface's C form (see Cblas in the table).
+Outputs (checked in):
   core/stdblas/fortran.cpp   the wrappers, 32-bit (name_) and 64-bit (name_64_)
   include/ork/fblas.h        their prototypes
   exports/stdblas/libblas_fortran.txt
+  core/stdblas/cblas.cpp     the CBLAS wrappers, one line each
+  include/ork/cblas.h        their prototypes
+  exports/stdblas/cblas.txt
 frame/gen/orkgen.py writes them with every other family's files;
-python3 core/stdblas/generate.py [--out DIR] writes these three alone.
+python3 core/stdblas/generate.py [--out DIR] writes these alone.
 """
 import pathlib
 import re
@@ -132,13 +138,136 @@ def emit(protos):
     return decls, defs, names
 
 
+# The CBLAS header's own declarations: the flag enums, the error flags and handler.
+CBLAS_PRELUDE = """#include <stddef.h>
+#include "ork/types.h"
+ORK_BEGIN_C
+
+typedef enum CBLAS_LAYOUT { CblasRowMajor = 101, CblasColMajor = 102 } CBLAS_LAYOUT;
+typedef enum CBLAS_TRANSPOSE { CblasNoTrans = 111, CblasTrans = 112, CblasConjTrans = 113 } CBLAS_TRANSPOSE;
+typedef enum CBLAS_UPLO { CblasUpper = 121, CblasLower = 122 } CBLAS_UPLO;
+typedef enum CBLAS_DIAG { CblasNonUnit = 131, CblasUnit = 132 } CBLAS_DIAG;
+typedef enum CBLAS_SIDE { CblasLeft = 141, CblasRight = 142 } CBLAS_SIDE;
+typedef CBLAS_LAYOUT CBLAS_ORDER;
+/* i?amax: the 0-based index of the first element of largest |re| + |im|. */
+#define CBLAS_INDEX size_t
+
+/* Flags set around an argument-error report: RowMajorStrg (1 when the call
+ * was row-major) and CBLAS_CallFromC (1 while a CBLAS call reports through
+ * xerbla_). */
+extern int RowMajorStrg;
+extern int CBLAS_CallFromC;
+void cblas_xerbla(int p, const char *rout, const char *form, ...);
+"""
+CBLAS_EXTRA = ["CBLAS_CallFromC", "RowMajorStrg", "cblas_xerbla"]  # exported beside the wrappers
+CBLAS_ENUMS = {"trans": "CBLAS_TRANSPOSE", "uplo": "CBLAS_UPLO", "diag": "CBLAS_DIAG", "side": "CBLAS_SIDE"}
+REAL = ("float", "double")
+
+
+def cblas_roles(row, protos):
+    """[(role, C element type, name, out)] of the libork routine behind a CBLAS row:
+    role flag, int, scalar or array, from the routine's family table (or, for a
+    family still declared by hand, from its header: alpha and beta are scalars)."""
+    if row.callee:
+        return list(row.args)
+    routine = row.routine or row.name
+    r = orkgen.find_routine("ork_blas_" + routine)
+    if r:
+        role = {"flag": "flag", "scalar": "scalar", "array": "array", "packed": "array"}
+        role.update({k: "int" for k in orkgen.INTEGER_ROLES})
+        return [(role[a.kind], a.ctype, a.name, a.out) for a in r.args]
+    out = []
+    for typ, name in protos[routine][1]:
+        elem = typ.removeprefix("const ").rstrip("* ")
+        kind = {"const char *": "flag", "const ork_int *": "int"}.get(typ, "scalar" if name in ("alpha", "beta") else "array")
+        out.append((kind, elem, name, not typ.startswith("const")))
+    return out
+
+
+def cblas_param(role, elem, name, out):
+    """The argument's declaration in the interface and the expression handed on."""
+    if role == "flag":
+        return f"{next(v for k, v in CBLAS_ENUMS.items() if name.startswith(k))} {name}", name
+    if role == "int":
+        return f"const int {name}", name
+    const = "" if out else "const "
+    if role == "scalar" and elem in REAL:
+        return f"const {elem} {name}", f"&{name}"
+    if elem in REAL:
+        return f"{const}{elem} *{name}", name
+    return f"{const}void *{name}", f"as<{elem}>({name})"
+
+
+def emit_cblas(protos):
+    """The CBLAS prototypes by heading, the one-line wrappers and the names."""
+    from table import CBLAS  # noqa: E402
+    decls, defs, group = [], [], None
+    for row in CBLAS:
+        if row.group != group:
+            group = row.group
+            decls.append(f"/* ---- {group} ---- */")
+        routine = row.routine or row.name
+        ret = row.returns or protos[routine][0]
+        roles = cblas_roles(row, protos)
+        params, passed = zip(*(cblas_param(*a) for a in roles)) if roles else ((), ())
+        params, passed = list(params), list(passed)
+        callee = row.callee or f"ork_blas_{routine}"
+        if row.wrapper:
+            # the wrappers report flag i (0-based) at CBLAS position i + 2, after the layout
+            flags = [role == "flag" for role, _, _, _ in roles]
+            assert flags == sorted(flags, reverse=True), f"cblas_{row.name}: flags must come first"
+            targs = ", ".join((callee,) + tuple(row.targs))
+            body = f'{row.wrapper}<{targs}>("cblas_{row.name}", layout, {", ".join(passed)});'
+            params.insert(0, "CBLAS_LAYOUT layout")
+            ret = "void"
+        else:
+            ints = [name for role, _, name, _ in roles if role == "int"]
+            call = f"{callee}({', '.join(f'&{p}_' if p in ints else p for p in passed)})"
+            body = "".join(f"const ork_int {n}_ = {n}; " for n in ints)
+            if ret in COMPLEX_RETURN:  # the _sub form
+                result = routine[1:]
+                params.append(f"void *{result}")
+                body += f"*as<{ret}>({result}) = {call};"
+                ret = "void"
+            elif ret == "ork_int":
+                ret = "CBLAS_INDEX"
+                body += f"return zero_based({call});"
+            else:
+                body += f"{'' if ret == 'void' else 'return '}{call};"
+        proto = f"{ret} cblas_{row.name}({', '.join(params)})"
+        decls.append(proto + ";")
+        defs.append(f"ORK_STDBLAS_API {proto} {{ {body} }}")
+    return decls, defs, ["cblas_" + row.name for row in CBLAS]
+
+
 def files():
-    """path -> text of the three generated files."""
+    """path -> text of the generated files."""
     sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
-    from table import CHECKED, LEVEL1  # noqa: E402
-    decls, defs, names = emit(prototypes(LEVEL1 + CHECKED))
+    from table import CBLAS, CHECKED, LEVEL1  # noqa: E402
+    protos = prototypes(LEVEL1 + CHECKED + [r.routine or r.name for r in CBLAS if not r.callee])
+    decls, defs, names = emit(protos)
+    cdecls, cdefs, cnames = emit_cblas(protos)
     note = "generated by core/stdblas/generate.py from the family tables; do not edit"
     return {
+        "core/stdblas/cblas.cpp":
+            f"// The CBLAS over libork's entries, one line each ({note}).\n"
+            '#include "core/stdblas/cblas.h"\n\n'
+            "using namespace ork::stdblas::cblas;\n\n" + "\n".join(cdefs) + "\n",
+        "include/ork/cblas.h":
+            f"/* The C interface to the BLAS (CBLAS) of libblas.so.3 and libcblas.so.3 ({note}):\n"
+            " * integers are int, scalars of the real routines by value and of the complex\n"
+            " * ones by address, matrices in row-major or column-major layout. Argument\n"
+            " * errors go to cblas_xerbla with the 1-based position of the bad argument\n"
+            " * (the layout is argument 1), which prints it to standard error and ends the\n"
+            " * process with exit(-1), as the reference CBLAS does; a program may replace\n"
+            " * cblas_xerbla with its own, and the call returns having done nothing when\n"
+            " * that one returns. */\n"
+            "#ifndef ORK_CBLAS_H\n#define ORK_CBLAS_H\n" + CBLAS_PRELUDE + "\n" + "\n".join(cdecls)
+            + "\n\nORK_END_C\n#endif\n",
+        "exports/stdblas/cblas.txt":
+            "# Names of libcblas.so.3, and of libblas.so.3 besides its Fortran routines: the\n"
+            f"# CBLAS interface, its error handler and its two flags\n# ({note}).\n"
+            + "\n".join(sorted(cnames + CBLAS_EXTRA)) + "\n",
         "core/stdblas/fortran.cpp":
             f"// The Fortran-callable BLAS over libork's entries ({note}).\n"
             '#include "core/stdblas/stdblas.h"\n' + "\n".join(defs) + "\n",

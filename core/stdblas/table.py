@@ -3,9 +3,11 @@
 # ork_blas_<routine> in its own family table; core/stdblas/generate.py turns
 # them into the Fortran forms (name_ with 32-bit integers, name_64_ with
 # 64-bit, hidden flag lengths, the sub forms of the functions). Read by
-# frame/gen/orkgen.py; the CBLAS (core/stdblas/cblas.cpp) is written by hand.
+# frame/gen/orkgen.py. The CBLAS is a family here too (CBLAS below): one row
+# per cblas_ routine, its arguments derived from libork's entry the same way.
 import importlib.util
 import pathlib
+from dataclasses import dataclass
 
 # Routines that never report an argument error (the reference level 1).
 LEVEL1 = """
@@ -37,6 +39,88 @@ sdot ddot dsdot sdsdot cdotc cdotu zdotc zdotu snrm2 dnrm2 scnrm2 dznrm2
 sasum dasum scasum dzasum isamax idamax icamax izamax dcabs1
 """.split()
 
+
+
+# ---- CBLAS: one row per cblas_ routine, in the order of include/ork/cblas.h.
+@dataclass
+class Cblas:
+    """cblas_<name> calls libork's ork_blas_<routine> (or `callee`). Its
+    arguments are the entry's, from its family table: the layout first when a
+    `wrapper` template does the layout work (core/stdblas/cblas.h: called as
+    wrapper<entry, targs...>("cblas_<name>", layout, ...)), flags as enums,
+    integers as int, real scalars by value, complex scalars and arrays as
+    void pointers. Without a wrapper the call is direct, integers by address.
+    A complex function is the _sub form, its value stored through a last
+    argument named after the operation; an index comes back 0-based."""
+    name: str
+    group: str  # the header's heading above it
+    wrapper: str = ""
+    routine: str = ""  # default: name
+    targs: tuple = ()
+    callee: str = ""  # a routine on no table: its C name, with `args` and `returns`
+    args: tuple = ()  # (role, C type, name, out) of such a routine
+    returns: str = ""
+
+
+CBLAS = []
+
+
+def _cblas(group, name, wrapper="", **kw):
+    CBLAS.append(Cblas(name, group, wrapper, **kw))
+
+
+_MIXED = "mixed and magnitude helpers"
+_cblas(_MIXED, "sdsdot")
+_cblas(_MIXED, "dsdot")
+_cblas(_MIXED, "scabs1", callee="scabs1_", args=(("scalar", "ork_complex8", "z", False),), returns="float")
+_cblas(_MIXED, "dcabs1")
+for _p, _group in [("s", "single"), ("d", "double"), ("c", "single complex"), ("z", "double complex")]:
+    _complex = _p in "cz"
+    _r = {"s": "s", "d": "d", "c": "sc", "z": "dz"}[_p]  # the prefix of the real-valued results
+    for _n in ["swap", "copy", "axpy", "scal"]:
+        _cblas(_group, _p + _n)
+    if _complex:
+        _cblas(_group, f"{_p}{'s' if _p == 'c' else 'd'}scal")
+        _cblas(_group, f"{_p}dotu_sub", routine=f"{_p}dotu")
+        _cblas(_group, f"{_p}dotc_sub", routine=f"{_p}dotc")
+    else:
+        _cblas(_group, f"{_p}dot")
+    for _n in [f"{_r}nrm2", f"{_r}asum", f"i{_p}amax", f"{_p}rotg"]:
+        _cblas(_group, _n)
+    if _complex:
+        _cblas(_group, f"{_p}{'s' if _p == 'c' else 'd'}rot")
+    else:
+        for _n in ["rotmg", "rot", "rotm"]:
+            _cblas(_group, _p + _n)
+    _cblas(_group, f"{_p}gemv", "gemv")
+    _cblas(_group, f"{_p}gbmv", "gbmv")
+    for _kind in ["mv", "sv"]:
+        for _storage in ["tr", "tb", "tp"]:
+            _cblas(_group, f"{_p}{_storage}{_kind}", f"{_storage}mv")
+    _h = "h" if _complex else "s"
+    _cblas(_group, f"{_p}{'he' if _complex else 'sy'}mv", "symv")
+    _cblas(_group, f"{_p}{_h}bmv", "sbmv")
+    _cblas(_group, f"{_p}{_h}pmv", "spmv")
+    if _complex:
+        _cblas(_group, f"{_p}geru", "ger")
+        _cblas(_group, f"{_p}gerc", "gerc", targs=(f"ork_blas_{_p}geru",))
+    else:
+        _cblas(_group, f"{_p}ger", "ger")
+    _s = "her" if _complex else "syr"
+    _cblas(_group, f"{_p}{_s}", "syr")
+    _cblas(_group, f"{_p}{_h}pr", "spr")
+    _cblas(_group, f"{_p}{_s}2", "syr2")
+    _cblas(_group, f"{_p}{_h}pr2", "spr2")
+    _cblas(_group, f"{_p}gemm", "gemm")
+    _cblas(_group, f"{_p}symm", "symmetric_mm")
+    _cblas(_group, f"{_p}syrk", "rank_k")
+    _cblas(_group, f"{_p}syr2k", "rank_2k")
+    if _complex:
+        _cblas(_group, f"{_p}hemm", "symmetric_mm")
+        _cblas(_group, f"{_p}herk", "rank_k")
+        _cblas(_group, f"{_p}her2k", "rank_2k")
+    _cblas(_group, f"{_p}trmm", "triangular_mm")
+    _cblas(_group, f"{_p}trsm", "triangular_mm")
 
 
 def _files():
