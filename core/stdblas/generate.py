@@ -179,7 +179,8 @@ def cblas_roles(row, protos):
     out = []
     for typ, name in protos[routine][1]:
         elem = typ.removeprefix("const ").rstrip("* ")
-        kind = {"const char *": "flag", "const ork_int *": "int"}.get(typ, "scalar" if name in ("alpha", "beta") else "array")
+        kind = {"const char *": "flag", "const ork_int *": "int"}.get(typ)
+        kind = kind or ("scalar" if name in ("alpha", "beta") else "array")
         out.append((kind, elem, name, not typ.startswith("const")))
     return out
 
