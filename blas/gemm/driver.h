@@ -285,6 +285,40 @@ void in_kernel_order(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a,
     if (own) ork_serv_deallocate(sa);
 }
 
+// Products whose every dimension is at most the generation's direct_max
+// (tuning.h; none where it has none), with A plain: the packed rows and
+// columns (mp x np) by the kernel that reads both operands in place, with
+// the packed path's depth blocks and so its bits. False when not taken.
+template <class T, class E>
+bool direct_product(char ta, char tb, idx mp, idx np, idx k, T alpha, const T* a, idx lda, const T* b, idx ldb, T* c,
+                    idx ldc) {
+    if constexpr (requires { tuning<T>::direct_max; }) {
+        constexpr idx most = tuning<T>::direct_max;
+        if (ta != 'N' || mp > most || np > most || k > most) return false;
+        E::depth_blocks(k, [&](idx k0, idx kk) {
+            inner::multiply_direct(tb, mp, np, kk, alpha, a + k0 * lda, lda, op_ptr(tb, b, ldb, k0, idx(0)), ldb, c, ldc);
+        });
+        return true;
+    } else {
+        return false;
+    }
+}
+
+// What the nests below leave after the packed rows (mp) and columns: the
+// rows below mp over the whole groups of columns by the plain product, per
+// depth block, and the last n mod q columns through gemv.
+template <class T, class E>
+void rest_of_product(char ta, char tb, idx m, idx n, idx k, idx mp, T alpha, const T* a, idx lda, const T* b, idx ldb,
+                     T* c, idx ldc, char ta_written) {
+    const idx np = n - n % shape<T>::q;
+    if (mp < m)
+        E::depth_blocks(k, [&](idx k0, idx kk) {
+            pst(ta, tb, m - mp, np, kk, alpha, op_ptr(ta, a, lda, mp, k0), lda, op_ptr(tb, b, ldb, k0, idx(0)), ldb,
+                one<T>(), c + mp, ldc);
+        });
+    last_columns(ta, tb, m, n, k, alpha, a, lda, b, ldb, c, ldc, ta_written);
+}
+
 // C += alpha*op(A)*op(B) by the blocked nest, column blocks outermost; C has
 // its beta already. The plain product takes problems below the packed path.
 template <class T, class E = engine<T>>
@@ -294,6 +328,8 @@ void accumulate(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, idx 
     if (m < E::small_below || n < E::small_below || k < E::small_below)
         return pst(ta, tb, m, n, k, alpha, a, lda, b, ldb, one<T>(), c, ldc);
     const idx np = n - n % shape<T>::q, mp = m - m % shape<T>::ra;
+    if (direct_product<T, E>(ta, tb, mp, np, k, alpha, a, lda, b, ldb, c, ldc))
+        return rest_of_product<T, E>(ta, tb, m, n, k, mp, alpha, a, lda, b, ldb, c, ldc, ta_written);
     const idx mb = E::mb(m, n, k), nb = E::nb(n);
     workspace<T> ws = E::take(m, n, k);
     for (idx j0 = 0; j0 < np; j0 += nb) {
@@ -321,6 +357,8 @@ void accumulate_rows_outer(char ta, char tb, idx m, idx n, idx k, T alpha, const
     if (m < E::small_below || n < E::small_below || k < E::small_below)
         return pst(ta, tb, m, n, k, alpha, a, lda, b, ldb, one<T>(), c, ldc);
     const idx np = n - n % shape<T>::q, mp = m - m % shape<T>::ra;
+    if (direct_product<T, E>(ta, tb, mp, np, k, alpha, a, lda, b, ldb, c, ldc))
+        return rest_of_product<T, E>(ta, tb, m, n, k, mp, alpha, a, lda, b, ldb, c, ldc, ta_written);
     const idx mb = E::mb(m, n, k), nb = E::nb(n);
     workspace<T> ws = E::take(m, n, k);
     for (idx i0 = 0; i0 < mp; i0 += mb) {
@@ -336,13 +374,8 @@ void accumulate_rows_outer(char ta, char tb, idx m, idx n, idx k, T alpha, const
             }
         });
     }
-    if (mp < m)
-        E::depth_blocks(k, [&](idx k0, idx kk) {
-            pst(ta, tb, m - mp, np, kk, alpha, op_ptr(ta, a, lda, mp, k0), lda, op_ptr(tb, b, ldb, k0, idx(0)), ldb,
-                one<T>(), c + mp, ldc);
-        });
     release(ws);
-    last_columns(ta, tb, m, n, k, alpha, a, lda, b, ldb, c, ldc, ta_written);
+    rest_of_product<T, E>(ta, tb, m, n, k, mp, alpha, a, lda, b, ldb, c, ldc, ta_written);
 }
 
 // The loop-nest pieces' form of the product: the packed path on the whole

@@ -71,6 +71,59 @@ void panel(idx h, idx kkr_run, const T* pa, const T* pb, T* c, idx ldc) {
     }
 }
 
+// The same arithmetic with neither operand packed, for products small enough
+// that packing costs more than it saves: rows of a plain A (column-major,
+// leading dimension lda) read in place, h of them in whole groups, each A
+// vector scaled by alpha first unless SCALE is false (alpha = 1: alpha*a is a
+// itself); B values broadcast from op(B) in place, TB 'N' (column j at b +
+// j*ldb) or 'T' (row l at b + l*ldb). Each element of C gets the operations
+// panel() gives it on the packed operands, over depth kk rather than kk
+// rounded up to 4 (the packed rows past kk are zeros, which add nothing).
+template <class S, class T, int PW, char TB, bool SCALE>
+void direct_panel(idx h, idx kk, T alpha, const T* a, idx lda, const T* b, idx ldb, T* c, idx ldc) {
+    using V = typename S::V;
+    constexpr int ra = tuning<T>::ra, mv = ra / S::lanes;
+    static_assert(!is_complex<T> && mv * S::lanes == ra, "a group is whole vectors of real values");
+    const V al = S::set1(alpha);
+    // where B value (l, col) is: b + l*bstep + col*cstep
+    const idx bstep = TB == 'N' ? 1 : ldb, cstep = TB == 'N' ? ldb : 1;
+    for (idx g = 0; g < h / ra; ++g) {
+        V acc[mv][PW];
+#pragma GCC unroll 24
+        for (int v = 0; v < PW; ++v)
+#pragma GCC unroll 4
+            for (int m = 0; m < mv; ++m) acc[m][v] = S::zero();
+        const T* ap = a + g * ra;
+        const T* bp = b;
+        T* cg = c + g * ra;
+#pragma GCC unroll 2
+        for (idx r = 0; r < kk; ++r) {
+            V av[mv];
+#pragma GCC unroll 4
+            for (int m = 0; m < mv; ++m) av[m] = SCALE ? S::mul(al, S::loadu(ap + m * S::lanes)) : S::loadu(ap + m * S::lanes);
+#pragma GCC unroll 24
+            for (int v = 0; v < PW; ++v) {
+                const V bv = S::broadcast(bp + v * cstep);
+#pragma GCC unroll 4
+                for (int m = 0; m < mv; ++m) acc[m][v] = S::fma(av[m], bv, acc[m][v]);
+            }
+            ap += lda;
+            bp += bstep;
+        }
+        inner::add_block<S, T, PW, mv>(acc, cg, ldc, false);
+    }
+}
+
+// C(0 .. h-1, 0 .. w-1) += alpha*A*op(B) over depth kk by direct_panel, the
+// columns in the packed path's panels.
+template <class S, class T, char TB, bool SCALE>
+void run_direct(idx h, idx w, idx kk, T alpha, const T* a, idx lda, const T* b, idx ldb, T* c, idx ldc) {
+    for_each_panel_fixed<T>(w, [&](idx c0, auto pw) {
+        direct_panel<S, T, decltype(pw)::value, TB, SCALE>(h, kk, alpha, a, lda, TB == 'N' ? b + c0 * ldb : b + c0,
+                                                            ldb, c + c0 * ldc, ldc);
+    });
+}
+
 // Every panel of a w-column block, each with the kernel of its width.
 template <class S, class T, int KFIX>
 void run(idx h, idx w, idx kkr, const T* pa, const T* pb, T* c, idx ldc) {

@@ -26,6 +26,16 @@ void multiply_128(idx h, idx w, const float* pa, const float* pb, float* c, idx 
 void multiply_128(idx h, idx w, const cx<double>* pa, const cx<double>* pb, cx<double>* c, idx ldc, void* scratch);
 void multiply_128(idx h, idx w, const cx<float>* pa, const cx<float>* pb, cx<float>* c, idx ldc, void* scratch);
 
+// C(0 .. h-1, 0 .. w-1) += alpha*A*op(B) over depth kk with neither operand
+// packed: A plain (column-major, h rows in whole groups), op(B) = B (tb 'N')
+// or its transpose ('T'), w a multiple of q; each element gets the bits that
+// packing both and multiply() give it. Only for the generations whose tuning
+// table has direct_max.
+void multiply_direct(char tb, idx h, idx w, idx kk, double alpha, const double* a, idx lda, const double* b, idx ldb,
+                     double* c, idx ldc);
+void multiply_direct(char tb, idx h, idx w, idx kk, float alpha, const float* a, idx lda, const float* b, idx ldb,
+                     float* c, idx ldc);
+
 // dest := the pw-column panel of a plain B (op(B) = B, columns b, b + ldb,
 // ...) over depth rows 0 .. kk-1, row r at dest + pw*r: the packed-B panel
 // layout of shape.h, rows past kk not written. For the generations whose

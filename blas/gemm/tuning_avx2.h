@@ -15,6 +15,14 @@
 // at 0.96-1.06 of OpenBLAS on CPU time, the same file. The blocks were not
 // swept for this generation; a sweep on a quiet machine should revisit kb and
 // mb.
+// direct_max: products whose m, n and k are all at most this (A plain) skip
+// packing: the kernel reads A and B in place (inner::multiply_direct), same
+// bits. Chosen 2026-11-26 on the machine above with bench/gemm_bench.cpp
+// (python3 bench/compare.py gemm --generations, n = 64, 128, 256; CPU-time
+// ratios to OpenBLAS in one run, load average 8-10): at 64 dgemm 0.83 -> 0.91,
+// sgemm 0.82 -> 0.92; at 128 1.10-1.12, no worse than packed; 256 left
+// packed (A then spills the L1 and is re-read per panel);
+// bench/results/gemm_avx.md.
 // Field meanings: tuning_sse2.h. No scratch: B values are broadcast from
 // packed B itself.
 #pragma once
@@ -28,7 +36,7 @@ template <class T> struct tuning;
 // 8 x 6: two vectors of four rows, six columns.
 template <> struct tuning<double> : paged_workspace {
     static constexpr int ra = 8, q = 2, widths[3] = {6, 4, 2};
-    static constexpr idx kb = 256, mb = 192, nb = 4096, small_below = 2;
+    static constexpr idx kb = 256, mb = 192, nb = 4096, small_below = 2, direct_max = 128;
     // no taller row blocks for shallow products
     static constexpr idx shallow_sum = idx(1) << 62, shallow_depth[3] = {0, 0, 0}, shallow_rows[4] = {mb, mb, mb, mb};
 };
@@ -36,7 +44,7 @@ template <> struct tuning<double> : paged_workspace {
 // 16 x 6: two vectors of eight rows, six columns; depth blocks short first.
 template <> struct tuning<float> : paged_workspace {
     static constexpr int ra = 16, q = 2, widths[3] = {6, 4, 2};
-    static constexpr idx kb = 384, mb = 192, nb = 4096, small_below = 8;
+    static constexpr idx kb = 384, mb = 192, nb = 4096, small_below = 8, direct_max = 128;
     static constexpr idx ws_a_gap = 1024, ws_scratch_at = 256, ws_b_gap = 512, ws_extra = 8192;
 };
 

@@ -8,6 +8,9 @@
 // (ORK_KERNEL_LIBRARY=.../libork_avx512.so python3 bench/compare.py gemm):
 // bench/results/gemm_avx.md. A sweep on a quiet machine should revisit kb
 // and mb.
+// direct_max: as in tuning_avx2.h (products up to 128 in every dimension
+// read A and B in place); the same run: at 64 dgemm 0.83 -> 0.96, sgemm
+// 0.82 -> 0.90; at 128 1.12-1.19.
 // Field meanings: tuning_sse2.h; workspace carving as in tuning_avx2.h.
 #pragma once
 
@@ -27,14 +30,14 @@ template <class T> struct tuning;
 // within 2-3%; bench/results/gemm_avx.md.
 template <> struct tuning<double> : paged_workspace {
     static constexpr int ra = 32, q = 2, widths[3] = {6, 4, 2};
-    static constexpr idx kb = 256, mb = 320, nb = 4096, small_below = 2;
+    static constexpr idx kb = 256, mb = 320, nb = 4096, small_below = 2, direct_max = 128;
     static constexpr idx shallow_sum = idx(1) << 62, shallow_depth[3] = {0, 0, 0}, shallow_rows[4] = {mb, mb, mb, mb};
 };
 
 // 32 x 12: two vectors of sixteen rows, twelve columns.
 template <> struct tuning<float> : paged_workspace {
     static constexpr int ra = 32, q = 4, widths[3] = {12, 8, 4};
-    static constexpr idx kb = 384, mb = 192, nb = 4096, small_below = 8;
+    static constexpr idx kb = 384, mb = 192, nb = 4096, small_below = 8, direct_max = 128;
     static constexpr idx ws_a_gap = 1024, ws_scratch_at = 256, ws_b_gap = 512, ws_extra = 8192;
 };
 

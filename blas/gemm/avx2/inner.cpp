@@ -21,6 +21,18 @@ template <class T> void pack_plain(idx kk, idx pw, const T* b, idx ldb, T* dest)
     else avx2_pack::panel<T, wd[2]>(kk, b, ldb, dest);
 }
 
+template <class T> void direct(char tb, idx h, idx w, idx kk, T alpha, const T* a, idx lda, const T* b, idx ldb, T* c, idx ldc) {
+    using S = simd::native<T>;
+    const bool scale = !(alpha == T(1));
+    if (tb == 'N') {
+        if (scale) fused_kernel::run_direct<S, T, 'N', true>(h, w, kk, alpha, a, lda, b, ldb, c, ldc);
+        else fused_kernel::run_direct<S, T, 'N', false>(h, w, kk, alpha, a, lda, b, ldb, c, ldc);
+    } else {
+        if (scale) fused_kernel::run_direct<S, T, 'T', true>(h, w, kk, alpha, a, lda, b, ldb, c, ldc);
+        else fused_kernel::run_direct<S, T, 'T', false>(h, w, kk, alpha, a, lda, b, ldb, c, ldc);
+    }
+}
+
 }  // namespace
 
 void pack_b_plain(idx kk, idx pw, const double* b, idx ldb, double* dest) { pack_plain(kk, pw, b, ldb, dest); }
@@ -34,6 +46,8 @@ void pack_b_plain(idx kk, idx pw, const cx<double>* b, idx ldb, cx<double>* dest
             _mm_storeu_pd(d + 2 * (pw * r + j), _mm_loadu_pd(reinterpret_cast<const double*>(b + r + j * ldb)));
 }
 
+void multiply_direct(char tb, idx h, idx w, idx kk, double alpha, const double* a, idx lda, const double* b, idx ldb, double* c, idx ldc) { direct(tb, h, w, kk, alpha, a, lda, b, ldb, c, ldc); }
+void multiply_direct(char tb, idx h, idx w, idx kk, float alpha, const float* a, idx lda, const float* b, idx ldb, float* c, idx ldc) { direct(tb, h, w, kk, alpha, a, lda, b, ldb, c, ldc); }
 void multiply(idx h, idx w, idx kkr, const double* pa, const double* pb, double* c, idx ldc, void*) { run<double, 0>(h, w, kkr, pa, pb, c, ldc); }
 void multiply(idx h, idx w, idx kkr, const float* pa, const float* pb, float* c, idx ldc, void*) { run<float, 0>(h, w, kkr, pa, pb, c, ldc); }
 void multiply(idx h, idx w, idx kkr, const cx<double>* pa, const cx<double>* pb, cx<double>* c, idx ldc, void*) { run<cx<double>, 0>(h, w, kkr, pa, pb, c, ldc); }
