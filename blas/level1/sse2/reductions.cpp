@@ -10,10 +10,21 @@
 #include "blas/level1/inner.h"
 #include "blas/level1/ssq.h"
 #include "frame/sse2/simd.h"
+#if ORK_GENERATION >= 1
+#include "frame/simd/avx2.h"
+#endif
 
 namespace ork::inner {
 
 using sse2::simd;
+
+// The index searches' vectors: 32 bytes where the generation has them. Their
+// result is an index, the same whatever the width of the blocks' scans.
+#if ORK_GENERATION >= 1
+template <class R> using search_vectors = ork::simd::avx2<R>;
+#else
+template <class R> using search_vectors = simd<R>;
+#endif
 
 // Complex: p accumulates [xr*yr, xi*yi] and q [xi*yr, xr*yi]; then
 // dotu = (p0 - p1, q0 + q1) and dotc = (p0 + p1, q1 - q0).
@@ -129,7 +140,7 @@ namespace {
 
 template <class R, bool Max>
 idx extreme_index(idx n, const R* x) {
-    using L = simd<R>;
+    using L = search_vectors<R>;
     using V = typename L::V;
     constexpr idx step = 8 * L::lanes, block = 128;
     auto pick = [](V a, V b) { return Max ? L::max(a, b) : L::min(a, b); };
