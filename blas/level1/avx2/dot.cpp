@@ -6,6 +6,7 @@
 #include <immintrin.h>
 
 #include "blas/level1/inner.h"
+#include "frame/simd/avx2.h"
 
 namespace ork::inner {
 namespace {
@@ -27,41 +28,35 @@ __m128 tree(const __m256 (&w)[4]) {
     return _mm_add_ps(_mm256_castps256_ps128(p), _mm256_extractf128_ps(p, 1));
 }
 
+// The two lanes of the double tree, the four of the single one as
+// (l0 + l2) + (l1 + l3).
+double lanes(__m128d t) { return _mm_cvtsd_f64(t) + _mm_cvtsd_f64(_mm_unpackhi_pd(t, t)); }
+float lanes(__m128 t) {
+    t = _mm_add_ps(t, _mm_movehl_ps(t, t));
+    return _mm_cvtss_f32(t) + _mm_cvtss_f32(_mm_shuffle_ps(t, t, 1));
+}
+
+// Sixteen double (thirty-two single) partial sums, element i to s(i mod
+// 16 (32)), each product added to its sum; the tree, the lanes, then the
+// last n mod 16 (32) products one by one.
+template <class R> R wide_dot(idx n, const R* x, const R* y) {
+    using S = simd::avx2<R>;
+    typename S::V w[4];
+    for (auto& v : w) v = S::zero();
+    idx i = 0;
+    for (; i + 4 * S::lanes <= n; i += 4 * S::lanes) {
+#pragma GCC unroll 4
+        for (int k = 0; k < 4; ++k)
+            w[k] = S::add(w[k], S::mul(S::loadu(x + i + S::lanes * k), S::loadu(y + i + S::lanes * k)));
+    }
+    R r = lanes(tree(w));
+    for (; i < n; ++i) r += x[i] * y[i];
+    return r;
+}
+
 }  // namespace
 
-// Sixteen partial sums, element i to s(i mod 16); the two lanes of the tree,
-// then the n mod 16 last products one by one.
-double dot(idx n, const double* x, const double* y) {
-    __m256d w[4];
-    for (auto& v : w) v = _mm256_setzero_pd();
-    idx i = 0;
-    for (; i + 16 <= n; i += 16) {
-#pragma GCC unroll 4
-        for (int k = 0; k < 4; ++k)
-            w[k] = _mm256_add_pd(w[k], _mm256_mul_pd(_mm256_loadu_pd(x + i + 4 * k), _mm256_loadu_pd(y + i + 4 * k)));
-    }
-    const __m128d t = tree(w);
-    double r = _mm_cvtsd_f64(t) + _mm_cvtsd_f64(_mm_unpackhi_pd(t, t));
-    for (; i < n; ++i) r += x[i] * y[i];
-    return r;
-}
-
-// Thirty-two single partial sums, combined like the double ones; then the
-// four lanes as (l0 + l2) + (l1 + l3).
-float dot(idx n, const float* x, const float* y) {
-    __m256 w[4];
-    for (auto& v : w) v = _mm256_setzero_ps();
-    idx i = 0;
-    for (; i + 32 <= n; i += 32) {
-#pragma GCC unroll 4
-        for (int k = 0; k < 4; ++k)
-            w[k] = _mm256_add_ps(w[k], _mm256_mul_ps(_mm256_loadu_ps(x + i + 8 * k), _mm256_loadu_ps(y + i + 8 * k)));
-    }
-    __m128 t = tree(w);
-    t = _mm_add_ps(t, _mm_movehl_ps(t, t));
-    float r = _mm_cvtss_f32(t) + _mm_cvtss_f32(_mm_shuffle_ps(t, t, 1));
-    for (; i < n; ++i) r += x[i] * y[i];
-    return r;
-}
+double dot(idx n, const double* x, const double* y) { return wide_dot(n, x, y); }
+float dot(idx n, const float* x, const float* y) { return wide_dot(n, x, y); }
 
 }  // namespace ork::inner
