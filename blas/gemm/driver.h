@@ -285,6 +285,14 @@ void in_kernel_order(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a,
     if (own) ork_serv_deallocate(sa);
 }
 
+// Whether the generation sends the rows below the last whole group through
+// its packed kernel too (tuning.h: group_leftovers), which gives them the
+// packed rows' arithmetic; else they take the plain product.
+template <class T> constexpr bool group_leftovers() {
+    if constexpr (requires { tuning<T>::group_leftovers; }) return tuning<T>::group_leftovers;
+    else return false;
+}
+
 // Products whose every dimension is at most the generation's direct_max
 // (tuning.h; none where it has none), with A plain: the packed rows and
 // columns (mp x np) by the kernel that reads both operands in place, with
@@ -305,18 +313,67 @@ bool direct_product(char ta, char tb, idx mp, idx np, idx k, T alpha, const T* a
 }
 
 // What the nests below leave after the packed rows (mp) and columns: the
-// rows below mp over the whole groups of columns by the plain product, per
-// depth block, and the last n mod q columns through gemv.
+// rows below mp over the whole groups of columns, in the packed kernel's
+// order where the generation groups its leftovers (room: taken by the
+// caller, kernel_order_elements(m - mp, k)), else by the plain product per
+// depth block; and the last n mod q columns through gemv.
 template <class T, class E>
 void rest_of_product(char ta, char tb, idx m, idx n, idx k, idx mp, T alpha, const T* a, idx lda, const T* b, idx ldb,
-                     T* c, idx ldc, char ta_written) {
+                     T* c, idx ldc, char ta_written, T* room) {
     const idx np = n - n % shape<T>::q;
-    if (mp < m)
-        E::depth_blocks(k, [&](idx k0, idx kk) {
-            pst(ta, tb, m - mp, np, kk, alpha, op_ptr(ta, a, lda, mp, k0), lda, op_ptr(tb, b, ldb, k0, idx(0)), ldb,
-                one<T>(), c + mp, ldc);
-        });
+    if (mp < m) {
+        if constexpr (group_leftovers<T>())
+            in_kernel_order<T, E>(ta, tb, m - mp, np, k, alpha, op_ptr(ta, a, lda, mp, idx(0)), lda, b, ldb, c + mp,
+                                  ldc, room);
+        else
+            E::depth_blocks(k, [&](idx k0, idx kk) {
+                pst(ta, tb, m - mp, np, kk, alpha, op_ptr(ta, a, lda, mp, k0), lda, op_ptr(tb, b, ldb, k0, idx(0)),
+                    ldb, one<T>(), c + mp, ldc);
+            });
+    }
     last_columns(ta, tb, m, n, k, alpha, a, lda, b, ldb, c, ldc, ta_written);
+}
+
+// The h < ra rows below the last whole group against a packed B block (kk
+// deep, w columns): alpha*op(A) of those rows packed as one group with zero
+// rows below them, multiplied by the packed kernel into a copy of their rows
+// of C (zeros below), which is copied back; leftover_cols columns a pass.
+// Each element gets the operations of a packed row.
+template <class T> constexpr idx leftover_cols = 16 * shape<T>::widths[0];  // whole panels
+template <class T, class E> std::size_t leftover_elements(idx k) {
+    idx deepest = 0;
+    E::depth_blocks(k, [&](idx, idx kk) { deepest = kk > deepest ? kk : deepest; });
+    return std::size_t(shape<T>::ra * (round_up4(deepest) + leftover_cols<T>));
+}
+template <class T>
+void leftover_group(char ta, idx h, idx kk, idx w, T alpha, const T* a, idx lda, const T* pb, T* c, idx ldc, T* room,
+                    void* scratch) {
+    constexpr idx ra = shape<T>::ra, cols = leftover_cols<T>;
+    const idx kkr = round_up4(kk);
+    T *pa = room, *t = room + ra * kkr;
+    for (idx j = 0; j < kkr; ++j)
+        for (idx r = 0; r < ra; ++r) pa[j * ra + r] = r < h && j < kk ? alpha * op_at(ta, a, lda, r, j) : zero<T>();
+    for (idx c0 = 0; c0 < w; c0 += cols) {
+        const idx wc = w - c0 < cols ? w - c0 : cols;
+        for (idx j = 0; j < wc; ++j)
+            for (idx r = 0; r < ra; ++r) t[r + j * ra] = r < h ? c[r + (c0 + j) * ldc] : zero<T>();
+        inner::multiply_block(ra, wc, kkr, pa, pb + c0 * kkr, t, ra, scratch);
+        for (idx j = 0; j < wc; ++j)
+            for (idx r = 0; r < h; ++r) c[r + (c0 + j) * ldc] = t[r + j * ra];
+    }
+}
+
+// Room for the leftover rows of an m x k product whose packed rows end at
+// mp, where the generation groups them: taken before C is written, so that
+// running out of memory leaves C as it was. Null when not needed.
+template <class T, class E> T* take_leftover_room(idx m, idx mp, idx k) {
+    if constexpr (group_leftovers<T>()) {
+        if (mp == m) return nullptr;
+        const std::size_t e = kernel_order_elements<T, E>(m - mp, k), g = leftover_elements<T, E>(k);
+        return static_cast<T*>(ork_serv_allocate((e > g ? e : g) * sizeof(T), 64));
+    } else {
+        return nullptr;
+    }
 }
 
 // C += alpha*op(A)*op(B) by the blocked nest, column blocks outermost; C has
@@ -328,8 +385,12 @@ void accumulate(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, idx 
     if (m < E::small_below || n < E::small_below || k < E::small_below)
         return pst(ta, tb, m, n, k, alpha, a, lda, b, ldb, one<T>(), c, ldc);
     const idx np = n - n % shape<T>::q, mp = m - m % shape<T>::ra;
-    if (direct_product<T, E>(ta, tb, mp, np, k, alpha, a, lda, b, ldb, c, ldc))
-        return rest_of_product<T, E>(ta, tb, m, n, k, mp, alpha, a, lda, b, ldb, c, ldc, ta_written);
+    T* room = take_leftover_room<T, E>(m, mp, k);
+    if (direct_product<T, E>(ta, tb, mp, np, k, alpha, a, lda, b, ldb, c, ldc)) {
+        rest_of_product<T, E>(ta, tb, m, n, k, mp, alpha, a, lda, b, ldb, c, ldc, ta_written, room);
+        if (room) ork_serv_deallocate(room);
+        return;
+    }
     const idx mb = E::mb(m, n, k), nb = E::nb(n);
     workspace<T> ws = E::take(m, n, k);
     for (idx j0 = 0; j0 < np; j0 += nb) {
@@ -338,12 +399,17 @@ void accumulate(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, idx 
             pack_b(tb, kk, w, op_ptr(tb, b, ldb, k0, j0), ldb, ws.b);
             rows_against_panel(ta, mp, kk, w, mb, alpha, op_ptr(ta, a, lda, idx(0), k0), lda, ws.b, c + j0 * ldc,
                                ldc, ws.a, ws.scratch);
-            if (mp < m)
+            if (mp == m) return;
+            if constexpr (group_leftovers<T>())
+                leftover_group(ta, m - mp, kk, w, alpha, op_ptr(ta, a, lda, mp, k0), lda, ws.b, c + mp + j0 * ldc, ldc,
+                               room, ws.scratch);
+            else
                 pst(ta, tb, m - mp, w, kk, alpha, op_ptr(ta, a, lda, mp, k0), lda, op_ptr(tb, b, ldb, k0, j0), ldb,
                     one<T>(), c + mp + j0 * ldc, ldc);
         });
     }
     release(ws);
+    if (room) ork_serv_deallocate(room);
     last_columns(ta, tb, m, n, k, alpha, a, lda, b, ldb, c, ldc, ta_written);
 }
 
@@ -357,8 +423,12 @@ void accumulate_rows_outer(char ta, char tb, idx m, idx n, idx k, T alpha, const
     if (m < E::small_below || n < E::small_below || k < E::small_below)
         return pst(ta, tb, m, n, k, alpha, a, lda, b, ldb, one<T>(), c, ldc);
     const idx np = n - n % shape<T>::q, mp = m - m % shape<T>::ra;
-    if (direct_product<T, E>(ta, tb, mp, np, k, alpha, a, lda, b, ldb, c, ldc))
-        return rest_of_product<T, E>(ta, tb, m, n, k, mp, alpha, a, lda, b, ldb, c, ldc, ta_written);
+    T* room = take_leftover_room<T, E>(m, mp, k);
+    if (direct_product<T, E>(ta, tb, mp, np, k, alpha, a, lda, b, ldb, c, ldc)) {
+        rest_of_product<T, E>(ta, tb, m, n, k, mp, alpha, a, lda, b, ldb, c, ldc, ta_written, room);
+        if (room) ork_serv_deallocate(room);
+        return;
+    }
     const idx mb = E::mb(m, n, k), nb = E::nb(n);
     workspace<T> ws = E::take(m, n, k);
     for (idx i0 = 0; i0 < mp; i0 += mb) {
@@ -375,7 +445,8 @@ void accumulate_rows_outer(char ta, char tb, idx m, idx n, idx k, T alpha, const
         });
     }
     release(ws);
-    rest_of_product<T, E>(ta, tb, m, n, k, mp, alpha, a, lda, b, ldb, c, ldc, ta_written);
+    rest_of_product<T, E>(ta, tb, m, n, k, mp, alpha, a, lda, b, ldb, c, ldc, ta_written, room);
+    if (room) ork_serv_deallocate(room);
 }
 
 // The loop-nest pieces' form of the product: the packed path on the whole
@@ -395,16 +466,19 @@ void accumulate_uniform(char ta, char tb, idx m, idx n, idx k, T alpha, const T*
     // call early finds C as it gave it (the packed path takes its own first
     // thing too).
     const bool packed = mp >= E::small_below && np >= E::small_below;
+    // where the generation groups its leftover rows, the nests take them
+    // too, with the same operations
+    const idx rows = packed && group_leftovers<T>() ? m : mp;
     T* sa = nullptr;
-    if ((!packed || mp < m || np < n) && k > 0)
+    if ((!packed || rows < m || np < n) && k > 0)
         sa = static_cast<T*>(ork_serv_allocate(kernel_order_elements<T, E>(m, k) * sizeof(T), 64));
     if (packed) {
-        if (RowsOuter) accumulate_rows_outer<T, E>(ta, tb, mp, np, k, alpha, a, lda, b, ldb, c, ldc);
-        else accumulate<T, E>(ta, tb, mp, np, k, alpha, a, lda, b, ldb, c, ldc);
+        if (RowsOuter) accumulate_rows_outer<T, E>(ta, tb, rows, np, k, alpha, a, lda, b, ldb, c, ldc);
+        else accumulate<T, E>(ta, tb, rows, np, k, alpha, a, lda, b, ldb, c, ldc);
     } else {
         in_kernel_order<T, E>(ta, tb, mp, np, k, alpha, a, lda, b, ldb, c, ldc, sa);
     }
-    if (mp < m)
+    if (rows < m)
         in_kernel_order<T, E>(ta, tb, m - mp, np, k, alpha, op_ptr(ta, a, lda, mp, idx(0)), lda, b, ldb, c + mp, ldc, sa);
     if (np < n)
         in_kernel_order<T, E>(ta, tb, m, n - np, k, alpha, a, lda, op_ptr(tb, b, ldb, idx(0), np), ldb, c + np * ldc,
