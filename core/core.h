@@ -16,6 +16,8 @@
 #include "core/kernels_level2.h"
 #include "core/kernels_triangular.h"
 #include "core/kernels_level3.h"
+#include "core/kernels_gemm.h"
+#include "core/kernels_gemm_family.h"
 #include "core/kernels_lapack.h"
 #include "core/kernels_trans.h"
 
@@ -28,15 +30,9 @@ namespace ork::core {
 // reached even where libork exports the same name.
 #define ORK_CORE_KERNELS(X)                                                                   \
     ORK_CORE_KERNELS_BASE(X) ORK_CORE_KERNELS_LEVEL1(X) ORK_CORE_KERNELS_LEVEL2(X)           \
-    ORK_CORE_KERNELS_TRIANGULAR(X) ORK_CORE_KERNELS_LEVEL3(X) ORK_CORE_KERNELS_LAPACK(X) ORK_CORE_KERNELS_TRANS(X)
-#define ORK_CORE_KERNELS_BASE(X)                                                              \
-    X(dll_cpu_version)                                                                        \
-    X(ork_blas_xsgemm) X(ork_blas_xdgemm) X(ork_blas_xcgemm) X(ork_blas_xzgemm)               \
-    X(ork_blas_sgemm_scalm) X(ork_blas_dgemm_scalm) X(ork_blas_cgemm_scalm) X(ork_blas_zgemm_scalm) \
-    X(ork_blas_cgemm_zerom) X(ork_blas_zgemm_zerom)                                           \
-    X(ork_blas_xsgemm_0) X(ork_blas_xdgemm_0) X(ork_blas_xcgemm_0) X(ork_blas_xzgemm_0)       \
-    X(ork_blas_xsgemm_1) X(ork_blas_xdgemm_1) X(ork_blas_xcgemm_1) X(ork_blas_xzgemm_1)       \
-    X(ork_blas_xcgemm3m) X(ork_blas_xzgemm3m) X(ork_blas_xdzgemm) X(ork_blas_xscgemm)
+    ORK_CORE_KERNELS_TRIANGULAR(X) ORK_CORE_KERNELS_LEVEL3(X) ORK_CORE_KERNELS_GEMM(X)       \
+    ORK_CORE_KERNELS_GEMM_FAMILY(X) ORK_CORE_KERNELS_LAPACK(X) ORK_CORE_KERNELS_TRANS(X)
+#define ORK_CORE_KERNELS_BASE(X) X(dll_cpu_version)
 
 struct kernel_table {
 #define ORK_KERNEL_POINTER(name) decltype(&::name) name;

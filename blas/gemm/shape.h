@@ -61,13 +61,14 @@ void for_each_panel_fixed(idx w, F f) {
     });
 }
 
-// op letter of a flag: real types read anything but N as T; complex types
-// tell C (conjugate transpose) from T.
-template <class T> char trans_of(const char* f) {
-    const char t = flag(f);
+// op letter of a flag (or of its first letter, either case): real types
+// read anything but N as T; complex types tell C (conjugate transpose) from T.
+template <class T> char trans_of(char letter) {
+    const char t = flag(&letter);
     if (t == 'N') return 'N';
     return is_complex<T> && t == 'C' ? 'C' : 'T';
 }
+template <class T> char trans_of(const char* f) { return trans_of<T>(*f); }
 
 // op(X)(i, j) for a column-major X with leading dimension ld: 'N' plain,
 // 'T' transposed, 'C' conjugate-transposed.

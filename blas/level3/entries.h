@@ -8,8 +8,7 @@
 
 namespace ork::level3::entries {
 
-// The op of a transposition letter: C is read as T for the real types.
-template <class T> char op(char t) { return t == 'N' ? 'N' : is_complex<T> && t == 'C' ? 'C' : 'T'; }
+using gemm::trans_of;
 
 // C := alpha*A*B + beta*C (side L) or alpha*B*A + beta*C, A symmetric or
 // Hermitian; the recursive form adds alpha*A*B to C in the caller's workspace
@@ -29,23 +28,23 @@ void symm_recursive(char side, char uplo, idx m, idx n, T alpha, const T* a, idx
 // Rank-k and rank-2k updates; alpha (herk) and beta (herk, her2k) may be real.
 template <class T, bool Herm, class A, class B>
 void rank_k(char uplo, char trans, idx n, idx k, A alpha, const T* a, idx lda, B beta, T* c, idx ldc) {
-    rank<T, Herm>(uplo == 'L', op<T>(trans), n, k, as_element<T>(alpha), a, lda, static_cast<const T*>(nullptr), 0,
+    rank<T, Herm>(uplo == 'L', trans_of<T>(trans), n, k, as_element<T>(alpha), a, lda, static_cast<const T*>(nullptr), 0,
                   beta, c, ldc);
 }
 template <class T, bool Herm, class B>
 void rank_2k(char uplo, char trans, idx n, idx k, T alpha, const T* a, idx lda, const T* b, idx ldb, B beta, T* c,
              idx ldc) {
-    rank<T, Herm>(uplo == 'L', op<T>(trans), n, k, alpha, a, lda, b, ldb, beta, c, ldc);
+    rank<T, Herm>(uplo == 'L', trans_of<T>(trans), n, k, alpha, a, lda, b, ldb, beta, c, ldc);
 }
 
 // Triangular multiply and solve, B overwritten.
 template <class T>
 void trmm(char side, char uplo, char transa, char diag, idx m, idx n, T alpha, const T* a, idx lda, T* b, idx ldb) {
-    level3::trmm(tri_call{side == 'L', uplo == 'L', op<T>(transa), diag == 'U'}, m, n, alpha, a, lda, b, ldb);
+    level3::trmm(tri_call{side == 'L', uplo == 'L', trans_of<T>(transa), diag == 'U'}, m, n, alpha, a, lda, b, ldb);
 }
 template <class T>
 void trsm(char side, char uplo, char transa, char diag, idx m, idx n, T alpha, const T* a, idx lda, T* b, idx ldb) {
-    level3::trsm(tri_call{side == 'L', uplo == 'L', op<T>(transa), diag == 'U'}, m, n, alpha, a, lda, b, ldb);
+    level3::trsm(tri_call{side == 'L', uplo == 'L', trans_of<T>(transa), diag == 'U'}, m, n, alpha, a, lda, b, ldb);
 }
 
 }  // namespace ork::level3::entries

@@ -1,32 +1,23 @@
-// libork's matrix-multiply entries: the reference argument checks, then the
-// product split over threads into slabs of C, each computed by the
-// kernel library's loop-nest pieces (unpacked, column by column, when their
-// workspace cannot be had).
+// The body of libork's matrix-multiply entries: what the checked entries of
+// core/gemm_entries.cpp (generated from blas/gemm/table.py) hand over to once
+// the arguments have passed. The product is split over threads into slabs
+// of C, each computed by the kernel library's loop-nest pieces (unpacked,
+// column by column, when their workspace cannot be had).
+#pragma once
+
 #include <atomic>
 #include <type_traits>
 
-#include "core/gemm_args.h"
+#include "core/checks.h"
+#include "core/core.h"
 
-using ork::core::entry;
-using ork::core::kernel_table;
+namespace ork::core::gemm {
+
 using idx = ork_int;
+using check::is_one;
+using check::is_zero;
 
-namespace {
-
-const kernel_table& K() { return ork::core::kernels(); }
-
-template <class C> bool is_zero(const C& v) {
-    if constexpr (std::is_arithmetic_v<C>) return v == 0;
-    else return v.re == 0 && v.im == 0;
-}
-template <class C> bool is_one(const C& v) {
-    if constexpr (std::is_arithmetic_v<C>) return v == 1;
-    else return v.re == 1 && v.im == 0;
-}
-template <class C> C one_of() {
-    if constexpr (std::is_arithmetic_v<C>) return C(1);
-    else return C{1, 0};
-}
+inline const kernel_table& K() { return kernels(); }
 
 // The kernels of one element type. `q`: columns of the packed path's panels
 // (a slab of C is a multiple of it, so the leftover columns are the same
@@ -35,7 +26,6 @@ template <class C> struct gemm_kernels;
 #define ORK_GEMM_KERNELS(C, p, Q, RA, ZEROM)                                                          \
     template <> struct gemm_kernels<C> {                                                              \
         static constexpr idx q = Q, ra = RA;                                                          \
-        static auto driver() { return K().ork_blas_x##p##gemm; }                                      \
         static auto by_columns() { return K().ork_blas_x##p##gemm_0; }                                \
         static auto by_rows() { return K().ork_blas_x##p##gemm_1; }                                   \
         static auto scalm() { return K().ork_blas_##p##gemm_scalm; }                                  \
@@ -50,20 +40,17 @@ ORK_GEMM_KERNELS(ork_complex16, z, 2, 1, K().ork_blas_zgemm_zerom)
 // Below this many multiply-adds a second thread does not pay for itself.
 constexpr double split_min_work = 1 << 21;
 
-template <class C>
-void gemm(const char* name, const char* ta, const char* tb, const idx* m, const idx* n, const idx* k,
+// `driver`: the kernel library's x?gemm.
+template <class D, class C>
+void gemm(const entry& e, D driver, const char* ta, const char* tb, const idx* m, const idx* n, const idx* k,
           const C* alpha, const C* a, const idx* lda, const C* b, const idx* ldb, const C* beta, C* c,
           const idx* ldc) {
     using G = gemm_kernels<C>;
-    entry e(name);
-    if (!ork::core::gemm_args_ok(e, ta, tb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc)) return;
     const idx M = *m, N = *n, Kd = *k;
-    if (M == 0 || N == 0 || ((Kd == 0 || is_zero(*alpha)) && is_one(*beta))) return;
-    if (!ork::core::gemm_reach_ok<C, C>(e, ta, tb, M, N, Kd, *lda, *ldb, *ldc)) return;
     const bool na = ork_serv_lsame(ta, "N", 1, 1), nb = ork_serv_lsame(tb, "N", 1, 1);
 
     // The alpha = 0 finish is the driver's own (it takes no workspace).
-    if (is_zero(*alpha)) return G::driver()(ta, tb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc);
+    if (is_zero(*alpha)) return driver(ta, tb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc);
     // The alternative engine of AMD family-10h parts: the driver after C has
     // its beta here, so that it writes nothing before its workspace is had.
     const bool barcelona = ork_serv_cpu_detect() == 0 && ork_serv_cpuisitbarcelona();
@@ -81,7 +68,7 @@ void gemm(const char* name, const char* ta, const char* tb, const idx* m, const 
     const idx units = extent / unit > 0 ? extent / unit : 1;
     const int t = split ? int(units < threads ? units : threads) : 1;
     const idx LDC = *ldc, LDA = *lda, LDB = *ldb;
-    const C one = one_of<C>();
+    const C one = check::one<C>();
     std::atomic<bool> short_of_memory{false};  // only if even one column cannot be had
     auto slab = [&](int s) {
         const idx u0 = units * s / t, u1 = units * (s + 1) / t;
@@ -105,7 +92,7 @@ void gemm(const char* name, const char* ta, const char* tb, const idx* m, const 
         // slab one column at a time, which they multiply unpacked, in the
         // packed kernel's order: the same bits.
         const bool done = ork::core::guarded([&] {
-            if (barcelona) G::driver()(ta, tb, &sm, &sn, k, alpha, as, lda, bs, ldb, &one, cs, ldc);
+            if (barcelona) driver(ta, tb, &sm, &sn, k, alpha, as, lda, bs, ldb, &one, cs, ldc);
             else if (by_cols) G::by_columns()(ta, tb, &sm, &sn, k, alpha, as, lda, bs, ldb, cs, ldc);
             else G::by_rows()(ta, tb, &sm, &sn, k, alpha, as, lda, bs, ldb, cs, ldc);
         });
@@ -122,15 +109,4 @@ void gemm(const char* name, const char* ta, const char* tb, const idx* m, const 
     if (short_of_memory) e.out_of_memory();
 }
 
-}  // namespace
-
-#define ORK_GEMM_ENTRY(p, C)                                                                                     \
-    ORK_CORE_API void ork_blas_##p##gemm(const char* ta, const char* tb, const idx* m, const idx* n, const idx* k, \
-                                         const C* alpha, const C* a, const idx* lda, const C* b, const idx* ldb,   \
-                                         const C* beta, C* c, const idx* ldc) {                                    \
-        gemm<C>("ork_blas_" #p "gemm", ta, tb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc);                      \
-    }
-ORK_GEMM_ENTRY(s, float)
-ORK_GEMM_ENTRY(d, double)
-ORK_GEMM_ENTRY(c, ork_complex8)
-ORK_GEMM_ENTRY(z, ork_complex16)
+}  // namespace ork::core::gemm
