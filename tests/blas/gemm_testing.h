@@ -31,8 +31,9 @@ template <class F> layout_info layout_from(F f, idx k) {
     return info;
 }
 // ra: rows of a packed A group; q: column multiple of packed B; kb: the
-// depth block of the drivers (the packed pieces take at most one); AC, BC:
-// the conjugating packers (the transposing ones for real types).
+// depth block of the drivers (the packed pieces take at most one); BP, ABP,
+// AP: the pieces on packed operands; AC, BC: the conjugating packers (the
+// transposing ones for real types), each by its name without ork_blas_.
 #define OT_GK(p, T, BP, ABP, AP, AC, BC)                                                     \
     template <> struct gk<T> {                                                              \
         static layout_info layout(idx k = deep) { return layout_from(OT_KS(p##gemm_layout), k); } \
@@ -44,25 +45,25 @@ template <class F> layout_info layout_from(F f, idx k) {
         static auto driver() { return OT_KS(x##p##gemm); }                                   \
         static auto by_columns() { return OT_KS(x##p##gemm_0); }                             \
         static auto by_rows() { return OT_KS(x##p##gemm_1); }                                \
-        static auto b_packed() { return OT_KS(x##p##gemm##BP); }                             \
-        static auto ab_packed() { return OT_KS(x##p##gemm##ABP); }                           \
-        static auto a_packed() { return OT_KS(x##p##gemm##AP); }                             \
+        static auto b_packed() { return OT_KS(BP); }                                         \
+        static auto ab_packed() { return OT_KS(ABP); }                                       \
+        static auto a_packed() { return OT_KS(AP); }                                         \
         static auto scalm() { return OT_KS(p##gemm_scalm); }                                 \
         static auto zerom() { return OT_KS(p##gemm_zerom); }                                 \
         static auto pst() { return OT_KS(p##gemm_pst); }                                     \
         static auto copya(char t) {                                                          \
-            return t == 'N' ? OT_KS(p##gemm_copyan) : t == 'T' ? OT_KS(p##gemm_copyat) : OT_KS(p##gemm_##AC); \
+            return t == 'N' ? OT_KS(p##gemm_copyan) : t == 'T' ? OT_KS(p##gemm_copyat) : OT_KS(AC); \
         }                                                                                    \
         static auto copyb(char t) {                                                          \
-            return t == 'N' ? OT_KS(p##gemm_copybn) : t == 'T' ? OT_KS(p##gemm_copybt) : OT_KS(p##gemm_##BC); \
+            return t == 'N' ? OT_KS(p##gemm_copybn) : t == 'T' ? OT_KS(p##gemm_copybt) : OT_KS(BC); \
         }                                                                                    \
         static auto inner() { return OT_KS(p##gemm_inner); }                                 \
         static auto inner_general() { return OT_KS(p##gemm_inner_general); }                 \
     };
-OT_GK(s, float, _0_bcopied, _0_abcopied, _1_acopied_in_thread, copyat, copybt)
-OT_GK(d, double, _0_bcopied, _0_abcopied, _1_acopied_in_thread, copyat, copybt)
-OT_GK(c, ork_complex8, _bcopied, _abcopied, _acopied_in_thread, copyac, copybc)
-OT_GK(z, ork_complex16, _bcopied, _abcopied, _acopied_in_thread, copyac, copybc)
+OT_GK(s, float, xsgemm_0_bcopied, xsgemm_0_abcopied, xsgemm_1_acopied_in_thread, sgemm_copyat, sgemm_copybt)
+OT_GK(d, double, xdgemm_0_bcopied, xdgemm_0_abcopied, xdgemm_1_acopied_in_thread, dgemm_copyat, dgemm_copybt)
+OT_GK(c, ork_complex8, xcgemm_bcopied, xcgemm_abcopied, xcgemm_acopied_in_thread, cgemm_copyac, cgemm_copybc)
+OT_GK(z, ork_complex16, xzgemm_bcopied, xzgemm_abcopied, xzgemm_acopied_in_thread, zgemm_copyac, zgemm_copybc)
 #undef OT_GK
 
 // The op letters a type tells apart.

@@ -3,6 +3,7 @@
 // family-10h and htn packers and pieces; libork's entries for thread-count
 // independence and argument errors.
 #include <cstdint>
+#include <tuple>
 
 #include "gemm_testing.h"
 
@@ -111,12 +112,11 @@ TEST(GemmFamily, MixedDrivers) {
 
 TEST(GemmFamily, FamilyTenAndHtnProducts) {
     const auto brc = small_and({{258, 6, 257, true}, {30, 13, 20}});
-    for (std::string x : {"ork_blas_xdgemm1_brc_", "ork_blas_xdgemm0_brc_"})
-        for (const char* piece : {"0", "1"})
-            products<double, double>(piece, no_beta(ks<decltype(&ork_blas_xdgemm_0)>(x + piece)), false, "NT", brc);
-    for (std::string piece : {"0", "1"})
-        products<float, float>("s", no_beta(ks<decltype(&ork_blas_xsgemm_0)>("ork_blas_xsgemm0_brc_" + piece)), false,
-                               "NT", brc);
+    for (const char* f : {"ork_blas_xdgemm1_brc_0", "ork_blas_xdgemm1_brc_1", "ork_blas_xdgemm0_brc_0",
+                          "ork_blas_xdgemm0_brc_1"})
+        products<double, double>(f, no_beta(ks<decltype(&ork_blas_xdgemm_0)>(f)), false, "NT", brc);
+    for (const char* f : {"ork_blas_xsgemm0_brc_0", "ork_blas_xsgemm0_brc_1"})
+        products<float, float>(f, no_beta(ks<decltype(&ork_blas_xsgemm_0)>(f)), false, "NT", brc);
     products<double, double>("dgemm_pst_brc", OT_KS(dgemm_pst_brc), true, "NT", small_and({}));
     products<float, float>("sgemm_pst_brc", OT_KS(sgemm_pst_brc), true, "NT", small_and({}));
     const auto htn = small_and({{390, 6, 194, true}});
@@ -141,7 +141,10 @@ template <class T> void three_product_packers(const std::string& p) {
     std::mt19937_64 g(72);
     const idx ra = gk<R>::ra, h = 3 * ra + 1, hp = h - 1;
     const T alpha = make<T>(0.75, -0.5);
-    for (char t : {'n', 't', 'c'})
+    const std::tuple<char, const char*, const char*> packers[] = {
+        {'n', "gemm3m_copyan", "gemm3m_copybn"}, {'t', "gemm3m_copyat", "gemm3m_copybt"},
+        {'c', "gemm3m_copyac", "gemm3m_copybc"}};
+    for (auto [t, copya, copyb] : packers)
         for (idx part : {0, 1, 2}) {
             SCOPED_TRACE(::testing::Message() << p << " " << t << " part " << part);
             const char u = char(t & ~0x20);
@@ -150,9 +153,8 @@ template <class T> void three_product_packers(const std::string& p) {
             auto pick = [part](T v) { return part == 0 ? v.re : part == 1 ? v.im : v.re + v.im; };
             std::vector<R> pa(std::size_t(hp * kkr + 8), sentinel<R>()), pb(std::size_t(w * kkr + 8), sentinel<R>());
             using FA = ork_int (*)(ci, ci, const T*, ci, R*, const T*, ci);
-            const std::string x = "ork_blas_" + p + "gemm3m_copy";
-            EXPECT_EQ(ks<FA>(x + "a" + t)(&h, &kk, A.p(), &A.ld, pa.data(), &alpha, &part), hp);
-            ks<void (*)(ci, ci, const T*, ci, R*, ci)>(x + "b" + t)(&kk, &w, B.p(), &B.ld, pb.data(), &part);
+            EXPECT_EQ(ks<FA>("ork_blas_" + p + copya)(&h, &kk, A.p(), &A.ld, pa.data(), &alpha, &part), hp);
+            ks<void (*)(ci, ci, const T*, ci, R*, ci)>("ork_blas_" + p + copyb)(&kk, &w, B.p(), &B.ld, pb.data(), &part);
             EXPECT_TRUE(layout(pa, packed_a<R>(hp, kk, R(1), [&](idx i, idx j) {
                 return pick(mul(alpha, op_at(u, A.p(), A.ld, i, j)));
             })));
@@ -175,8 +177,12 @@ template <class T> struct sig {
     using acop = void (*)(const char*, ci, ci, ci, const T*, const T*, ci, T*, ci);
     using kernel = void (*)(ci, ci, ci, const T*, const T*, T*, ci, void*);
 };
-// pack: packer names around the op letter, as {"..._copya", "_0_brc", "..._copyb", "_brc"}.
-template <class T> void packed_pieces(const std::string (&pack)[4], const std::string (&piece)[3]) {
+// The names after ork_blas_<p> of the packers by op letter (N, T, C) and
+// after ork_blas_x<p> of the pieces on packed B, on both, on packed A.
+using names = std::vector<std::string>;
+template <class T> void packed_pieces(const std::string& p, const names& copya, const names& copyb, names piece) {
+    const auto op = [](char t) { return t == 'N' ? 0 : t == 'T' ? 1 : 2; };
+    for (auto& f : piece) f = "ork_blas_x" + p + f;
     using S = sig<T>;
     std::mt19937_64 g(73);
     const idx ra = gk<T>::ra, q = gk<T>::q, m = 3 * ra + 1, hp = m - m % ra;
@@ -188,7 +194,7 @@ template <class T> void packed_pieces(const std::string (&pack)[4], const std::s
             auto A = mat<T>(ta == 'N' ? m : kk, ta == 'N' ? kk : m, g);
             auto B = mat<T>(tb == 'N' ? kk : 5003, tb == 'N' ? 5003 : kk, g);
             std::vector<T> pa(std::size_t(hp * kkr + 8), sentinel<T>()), pb(std::size_t(w * kkr + 8), sentinel<T>());
-            const std::string na = pack[0] + char(ta | 0x20) + pack[1], nb = pack[2] + char(tb | 0x20) + pack[3];
+            const std::string na = "ork_blas_" + p + copya[op(ta)], nb = "ork_blas_" + p + copyb[op(tb)];
             EXPECT_EQ(ks<typename S::copya>(na)(&m, &kk, A.p(), &A.ld, pa.data(), &alpha), hp);
             ks<typename S::copyb>(nb)(&kk, &w, B.p(), &B.ld, pb.data());
             EXPECT_TRUE(
@@ -217,8 +223,8 @@ template <class T> void packed_pieces(const std::string (&pack)[4], const std::s
     const idx kd = 261, n = 203, wd = n - n % q, kdr = 264;
     auto A = mat<T>(m, kd, g), B = mat<T>(kd, n, g);
     std::vector<T> pa(std::size_t(hp * kdr)), pb(std::size_t(wd * kdr));
-    ks<typename S::copya>(pack[0] + "n" + pack[1])(&m, &kd, A.p(), &A.ld, pa.data(), &alpha);
-    ks<typename S::copyb>(pack[2] + "n" + pack[3])(&kd, &wd, B.p(), &B.ld, pb.data());
+    ks<typename S::copya>("ork_blas_" + p + copya[0])(&m, &kd, A.p(), &A.ld, pa.data(), &alpha);
+    ks<typename S::copyb>("ork_blas_" + p + copyb[0])(&kd, &wd, B.p(), &B.ld, pb.data());
     for (int piece_no : {0, 1, 2}) {
         auto C = mat<T>(m, n, g);
         const auto C0 = C.buf.snapshot();
@@ -230,23 +236,33 @@ template <class T> void packed_pieces(const std::string (&pack)[4], const std::s
     }
 }
 TEST(GemmFamily, FamilyTenPackersAndPieces) {
-    for (std::string x : {"ork_blas_xdgemm1_brc", "ork_blas_xdgemm0_brc"})
-        packed_pieces<double>({"ork_blas_dgemm_copya", "_0_brc", "ork_blas_dgemm_copyb", "_brc"},
-                              {x + "_bcopied", x + "_abcopied", x + "_acopied"});
-    const std::string x = "ork_blas_xsgemm0_brc";
-    packed_pieces<float>({"ork_blas_sgemm_copya", "_0_brc", "ork_blas_sgemm_copyb", "_brc"},
-                         {x + "_bcopied", x + "_abcopied", x + "_acopied"});
+    const names copya = {"gemm_copyan_0_brc", "gemm_copyat_0_brc"}, copyb = {"gemm_copybn_brc", "gemm_copybt_brc"};
+    packed_pieces<double>("d", copya, copyb, {"gemm1_brc_bcopied", "gemm1_brc_abcopied", "gemm1_brc_acopied"});
+    packed_pieces<double>("d", copya, copyb, {"gemm0_brc_bcopied", "gemm0_brc_abcopied", "gemm0_brc_acopied"});
+    packed_pieces<float>("s", copya, copyb, {"gemm0_brc_bcopied", "gemm0_brc_abcopied", "gemm0_brc_acopied"});
 }
 template <class T> void htn_pieces(const std::string& p) {
-    const std::string x = "ork_blas_x" + p + "gemm_";
-    packed_pieces<T>({"ork_blas_" + p + "gemm_copya", "_htn", "ork_blas_" + p + "gemm_copyb", "_htn"},
-                     {x + "0_bcopied_htn", x + "0_abcopied_htn", x + "1_acopied_htn"});
+    packed_pieces<T>(p, {"gemm_copyan_htn", "gemm_copyat_htn", "gemm_copyac_htn"},
+                     {"gemm_copybn_htn", "gemm_copybt_htn", "gemm_copybc_htn"},
+                     {"gemm_0_bcopied_htn", "gemm_0_abcopied_htn", "gemm_1_acopied_htn"});
 }
 TEST(GemmFamily, HtnPackersAndPieces) {
     htn_pieces<float>("s");
     htn_pieces<double>("d");
     htn_pieces<ork_complex8>("c");
     htn_pieces<ork_complex16>("z");
+}
+
+// A beta pass C := beta*C (beta = 0 clears C, even a NaN; 1 leaves it).
+template <class T> void beta_pass(const std::string& f, std::mt19937_64& g) {
+    const idx m = 5, n = 4;
+    for (T beta : {make<T>(0), make<T>(1), make<T>(0.5, -2)}) {
+        auto C = mat<T>(m, n, g);
+        C.at(1, 1) = make<T>(NAN, NAN);
+        const auto C0 = C.buf.snapshot();
+        ks<void (*)(ci, ci, const T*, T*, ci)>(f)(&m, &n, &beta, C.p(), &C.ld);
+        EXPECT_TRUE((check_product<T, T>('N', 'N', m, n, 0, make<T>(0), mat<T>(0, 0, g), C, beta, C0, C))) << f;
+    }
 }
 
 // The blocking reports, and the family-10h workspace used for one full block.
@@ -268,12 +284,13 @@ template <class T> void brc_workspace(const std::string& p) {
     auto A = mat<T>(m, k, g), B = mat<T>(k, n, g), C = mat<T>(m, n, g);
     const auto C0 = C.buf.snapshot();
     const T alpha = make<T>(-0.5);
-    const std::string x = "ork_blas_" + p + "gemm_";
-    EXPECT_EQ(ks<typename sig<T>::copya>(x + "copyan_0_brc")(&mb, &kb, A.p(), &A.ld, pa, &alpha), mb);
-    ks<typename sig<T>::copyb>(x + "copybn_brc")(&kb, &n, B.p(), &B.ld, pb);
-    ks<typename sig<T>::kernel>(x + "kernel0_0_brc")(&mb, &n, &kb, pa, pb, C.p(), &C.ld, scratch);
-    ks<void (*)(void*)>(x + "freebufs_brc")(block);
+    const std::string x = "ork_blas_" + p;
+    EXPECT_EQ(ks<typename sig<T>::copya>(x + "gemm_copyan_0_brc")(&mb, &kb, A.p(), &A.ld, pa, &alpha), mb);
+    ks<typename sig<T>::copyb>(x + "gemm_copybn_brc")(&kb, &n, B.p(), &B.ld, pb);
+    ks<typename sig<T>::kernel>(x + "gemm_kernel0_0_brc")(&mb, &n, &kb, pa, pb, C.p(), &C.ld, scratch);
+    ks<void (*)(void*)>(x + "gemm_freebufs_brc")(block);
     EXPECT_TRUE(check_product('N', 'N', mb, n, kb, alpha, A, B, make<T>(1), C0, C));
+    beta_pass<T>(x + "gemm_mscale_brc", g);
 }
 TEST(GemmFamily, BlockingAndWorkspaces) {
     brc_workspace<double>("d");
@@ -291,22 +308,17 @@ TEST(GemmFamily, BlockingAndWorkspaces) {
 
 // The blocks of the mixed drivers: beta pass, separations, workspace
 // (regions of kb x nb, kb x nb, mb x nb, mb x nb).
-template <class R, class T> void mixed_blocks(const std::string& p, std::size_t bytes, idx kb, idx mb, idx nb) {
+// f: the blocks' names, mscale, copyb, copyc_fwd, copyc_bwd, getbufs, freebufs.
+template <class R, class T> void mixed_blocks(const names& f, std::size_t bytes, idx kb, idx mb, idx nb) {
     std::mt19937_64 g(75);
     const idx m = 5, n = 4, ldw = 7;
-    for (T beta : {make<T>(0), make<T>(1), make<T>(0.5, -2)}) {
-        auto C = mat<T>(m, n, g);
-        C.at(1, 1) = make<T>(NAN, NAN);
-        const auto C0 = C.buf.snapshot();
-        ks<void (*)(ci, ci, const T*, T*, ci)>("ork_blas_" + p + "gemm_mscale")(&m, &n, &beta, C.p(), &C.ld);
-        EXPECT_TRUE((check_product<T, T>('N', 'N', m, n, 0, make<T>(0), mat<T>(0, 0, g), C, beta, C0, C)));
-    }
+    beta_pass<T>(f[0], g);
     const T alpha = make<T>(0.75, -0.5);
     for (const char* tb : {"N", "t", "C"}) {  // alpha*op(B), separated
         const char t = char(*tb & ~0x20);
         auto B = mat<T>(t == 'N' ? m : n, t == 'N' ? n : m, g);
         std::vector<R> br(std::size_t(ldw * n), sentinel<R>()), bi = br, wr = br, wi = br;
-        ks<void (*)(const char*, ci, ci, const T*, ci, const T*, R*, R*, ci)>("ork_blas_" + p + "gemm_copyb")(
+        ks<void (*)(const char*, ci, ci, const T*, ci, const T*, R*, R*, ci)>(f[1])(
             tb, &m, &n, B.p(), &B.ld, &alpha, br.data(), bi.data(), &ldw);
         for (idx j = 0; j < n; ++j)
             for (idx i = 0; i < m; ++i) {
@@ -324,12 +336,12 @@ template <class R, class T> void mixed_blocks(const std::string& p, std::size_t 
             wr[std::size_t(i + j * ldw)] = C.at(i, j).re, wi[std::size_t(i + j * ldw)] = C.at(i, j).im;
         }
     using F = void (*)(ci, ci, const T*, ci, R*, R*, ci);
-    ks<F>("ork_blas_" + p + "gemm_copyc_fwd")(&m, &n, C.p(), &C.ld, cr.data(), cim.data(), &ldw);
+    ks<F>(f[2])(&m, &n, C.p(), &C.ld, cr.data(), cim.data(), &ldw);
     using B = void (*)(ci, ci, const R*, const R*, ci, T*, ci);
-    ks<B>("ork_blas_" + p + "gemm_copyc_bwd")(&m, &n, cr.data(), cim.data(), &ldw, D.p(), &D.ld);
+    ks<B>(f[3])(&m, &n, cr.data(), cim.data(), &ldw, D.p(), &D.ld);
     EXPECT_TRUE(same_all(cr, wr) && same_all(cim, wi) && same_all(D.buf.snapshot(), E));
     R* r[4] = {};
-    void* block = ks<void* (*)(R**, R**, R**, R**)>("ork_blas_" + p + "gemm_getbufs")(&r[0], &r[1], &r[2], &r[3]);
+    void* block = ks<void* (*)(R**, R**, R**, R**)>(f[4])(&r[0], &r[1], &r[2], &r[3]);
     ASSERT_NE(block, nullptr);
     std::uintptr_t end = std::uintptr_t(block);
     for (int i = 0; i < 4; ++i) {  // in order inside the block, apart, 128-byte aligned, writable
@@ -339,11 +351,16 @@ template <class R, class T> void mixed_blocks(const std::string& p, std::size_t 
         std::fill(r[i], r[i] + len, R(1));
     }
     EXPECT_LE(end, std::uintptr_t(block) + bytes);
-    ks<void (*)(void*)>("ork_blas_" + p + "gemm_freebufs")(block);
+    ks<void (*)(void*)>(f[5])(block);
 }
 TEST(GemmFamily, MixedBlocks) {
-    mixed_blocks<double, ork_complex16>("dz", 50256384, 2048, 4080, 512);
-    mixed_blocks<float, ork_complex8>("sc", 45136384, 4096, 6912, 512);
+    mixed_blocks<double, ork_complex16>({"ork_blas_dzgemm_mscale", "ork_blas_dzgemm_copyb", "ork_blas_dzgemm_copyc_fwd",
+                                         "ork_blas_dzgemm_copyc_bwd", "ork_blas_dzgemm_getbufs",
+                                         "ork_blas_dzgemm_freebufs"},
+                                        50256384, 2048, 4080, 512);
+    mixed_blocks<float, ork_complex8>({"ork_blas_scgemm_mscale", "ork_blas_scgemm_copyb", "ork_blas_scgemm_copyc_fwd",
+                                       "ork_blas_scgemm_copyc_bwd", "ork_blas_scgemm_getbufs", "ork_blas_scgemm_freebufs"},
+                                      45136384, 4096, 6912, 512);
 }
 
 // ---- libork's entries: the same bits with one and two threads (and as the
