@@ -171,62 +171,83 @@ TYPED_TEST(Trans, ScaledAddition) {
                         }
 }
 
-// Every kernel by its exported name (row-major, no dispatch).
+// Every row-major kernel by its exported name, on the shapes its dispatcher
+// hands it and more: the copies with padded rows (omatcopy2 also with element
+// strides), the square in-place kernels at lda = n and on wider rows, cycle
+// following with the rows kept, narrowed and widened, the sums with C apart,
+// over A (A read untransposed) and on rows of odd length, and the in-place
+// recursion of C = alpha*C + beta*B^T. Names whose operation letters hold
+// r or c are complex only.
+const char* const kernel_names[] = {
+    "omatcopy_rec_n",    "omatcopy_rec_t",    "omatcopy_rec_r",    "omatcopy_rec_c",    "omatcopy2_rec_n",
+    "omatcopy2_rec_t",   "omatcopy2_rec_r",   "omatcopy2_rec_c",   "imatcopy_square_n", "imatcopy_square_t",
+    "imatcopy_square_r", "imatcopy_square_c", "imatcopy_mipt_n",   "imatcopy_mipt_t",   "imatcopy_mipt_r",
+    "imatcopy_mipt_c",   "omatadd_nn",        "omatadd_nt",        "omatadd_tt",        "omatadd_nc",
+    "omatadd_tc",        "omatadd_cc",        "omatadd_rn",        "omatadd_rt",        "omatadd_rr",
+    "omatadd_rc",        "omatadd_rec_nt"};
+
 TYPED_TEST(Trans, KernelsByName) {
     using T = TypeParam;
     std::mt19937_64 g(14);
-    const std::string ops = is_cx<T> ? "ntrc" : "nt";
-    const u64 m = 7, n = 10, lda = 12, ldb = 13;
-    const T alpha = rnd<T>(g), beta = rnd<T>(g);
-    const layout la{true, lda};
-    for (char o : ops) {
-        const bool tp = transposing(o);
-        const layout lb{true, ldb};
-        const u64 bm = tp ? n : m, bn = tp ? m : n;
-        auto want = [&](const std::vector<T>& a0) {
-            return [&, a0](u64 i, u64 j) { return apply(o, alpha, tp ? a0[la.at(j, i)] : a0[la.at(i, j)]); };
-        };
-        {
-            auto a = filled<T>(la.extent(m, n), la, m, n, g);
-            std::vector<T> b(lb.extent(bm, bn) + 8, sentinel<T>());
-            const auto b0 = b;
-            kern_as<typename tr<T>::rec, T>(std::string("omatcopy_rec_") + o)(&m, &n, &alpha, a.data(), &lda, b.data(), &ldb);
-            EXPECT_TRUE(check(b, b0, lb, bm, bn, want(a))) << "omatcopy_rec_" << o;
-            const u64 one = 1;
-            std::fill(b.begin(), b.end(), sentinel<T>());
-            kern_as<typename tr<T>::rec2, T>(std::string("omatcopy2_rec_") + o)(&m, &n, &alpha, a.data(), &lda, &one,
-                                                                               b.data(), &ldb, &one);
-            EXPECT_TRUE(check(b, b0, lb, bm, bn, want(a))) << "omatcopy2_rec_" << o;
-        }
-        for (const char* kind : {"square_", "mipt_"}) {
-            const bool sq = kind[0] == 's';
-            const u64 rows = sq ? 6 : m, cols = sq ? 6 : n, a_ld = sq ? 6 : lda, b_ld = sq ? 6 : ldb;
-            const layout l1{true, a_ld}, l2{true, b_ld};
-            auto ab = filled<T>(std::max(l1.extent(rows, cols), l2.extent(tp ? cols : rows, tp ? rows : cols)), l1,
-                                rows, cols, g);
-            const auto a0 = ab;
-            kern_as<typename tr<T>::inplace, T>(std::string("imatcopy_") + kind + o)(&rows, &cols, &alpha, ab.data(),
-                                                                                   &a_ld, &b_ld);
-            EXPECT_TRUE(check(ab, a0, l2, tp ? cols : rows, tp ? rows : cols, [&](u64 i, u64 j) {
-                return apply(o, alpha, tp ? a0[l1.at(j, i)] : a0[l1.at(i, j)]);
-            }, true)) << kind << o;
-        }
-    }
-    const std::vector<std::string> pairs = is_cx<T> ? std::vector<std::string>{"nn", "nt", "tt", "nc", "tc", "cc", "rn", "rt", "rr", "rc"}
-                                                    : std::vector<std::string>{"nn", "nt", "tt"};
-    for (const std::string& p : pairs) {
-        const bool ta = transposing(p[0]), tb = transposing(p[1]);
-        const layout l1{true, lda}, l2{true, ldb}, lc{true, 11};
-        auto a = filled<T>(l1.extent(ta ? n : m, ta ? m : n), l1, ta ? n : m, ta ? m : n, g);
-        auto b = filled<T>(l2.extent(tb ? n : m, tb ? m : n), l2, tb ? n : m, tb ? m : n, g);
-        std::vector<T> c(lc.extent(m, n) + 8, sentinel<T>());
-        const auto c0 = c;
-        kern_as<typename tr<T>::sum, T>("omatadd_" + p)(&m, &n, &alpha, a.data(), &lda, &beta, b.data(), &ldb,
-                                                         c.data(), &lc.ld);
-        EXPECT_TRUE(check(c, c0, lc, m, n, [&](u64 i, u64 j) {
-            return add(apply(p[0], alpha, ta ? a[l1.at(j, i)] : a[l1.at(i, j)]),
-                       apply(p[1], beta, tb ? b[l2.at(j, i)] : b[l2.at(i, j)]));
-        })) << "omatadd_" << p;
+    // alpha*op(X) at (i, j) of the result, X held at lx
+    auto moved = [](char o, T alpha, const std::vector<T>& x, layout lx) {
+        return [=](u64 i, u64 j) { return apply(o, alpha, transposing(o) ? x[lx.at(j, i)] : x[lx.at(i, j)]); };
+    };
+    for (const std::string name : kernel_names) {
+        const std::string ops = name.substr(name.rfind('_') + 1);
+        if (!is_cx<T> && ops.find_first_of("rc") != std::string::npos) continue;
+        auto is = [&](const char* stem) { return name.rfind(stem, 0) == 0; };
+        const char o = ops[0], o2 = ops.back();
+        for (shape s : shapes)
+            for (u64 p = 0; p < 3; ++p) {
+                SCOPED_TRACE(name + " " + std::to_string(s.rows) + "x" + std::to_string(s.cols) + " variant " +
+                             std::to_string(p));
+                const T alpha = rnd<T>(g), beta = rnd<T>(g);
+                const u64 n = s.cols, m = is("imatcopy_square") ? n : s.rows;
+                const u64 bm = transposing(o) ? n : m, bn = transposing(o) ? m : n;
+                if (is("omatcopy")) {
+                    const bool two = is("omatcopy2");
+                    const u64 sa = two ? 1 + p : 1, sb = two ? 3 - p : 1;
+                    const layout la{true, n * sa + p, sa}, lb{true, bn * sb + 2 - p, sb};
+                    auto a = filled<T>(la.extent(m, n), la, m, n, g);
+                    std::vector<T> b(lb.extent(bm, bn) + 8, sentinel<T>());
+                    const auto b0 = b;
+                    if (two)
+                        kern_as<typename tr<T>::rec2, T>(name)(&m, &n, &alpha, a.data(), &la.ld, &sa, b.data(), &lb.ld,
+                                                               &sb);
+                    else kern_as<typename tr<T>::rec, T>(name)(&m, &n, &alpha, a.data(), &la.ld, b.data(), &lb.ld);
+                    EXPECT_TRUE(check(b, b0, lb, bm, bn, moved(o, alpha, a, la)));
+                } else if (is("imatcopy")) {
+                    const bool sq = is("imatcopy_square");
+                    const u64 lda = n + (sq ? p : p == 1 ? 3 : 0), ldb = sq ? lda : bn + (p == 2 ? 2 : 0);
+                    const layout la{true, lda}, lb{true, ldb};
+                    auto ab = filled<T>(std::max(la.extent(m, n), lb.extent(bm, bn)), la, m, n, g);
+                    const auto a0 = ab;
+                    kern_as<typename tr<T>::inplace, T>(name)(&m, &n, &alpha, ab.data(), &lda, &ldb);
+                    EXPECT_TRUE(check(ab, a0, lb, bm, bn, moved(o, alpha, a0, la), true));
+                } else if (is("omatadd_rec")) {  // C := alpha*C + beta*B^T, B apart
+                    const layout lc{true, n + 1 + p}, lb{true, m + p};
+                    auto c = filled<T>(lc.extent(m, n), lc, m, n, g);
+                    const auto b = filled<T>(lb.extent(n, m), lb, n, m, g), c0 = c;
+                    kern_as<typename tr<T>::sum_rec, T>(name)(&m, &n, &alpha, c.data(), &lc.ld, &beta, b.data(), &lb.ld);
+                    EXPECT_TRUE(check(c, c0, lc, m, n, [&](u64 i, u64 j) {
+                        return add(mul(alpha, c0[lc.at(i, j)]), mul(beta, b[lb.at(j, i)]));
+                    }));
+                } else {
+                    const bool ta = transposing(o), tb = transposing(o2), over = p == 1 && !ta;
+                    const layout lc{true, n + 1 + p};
+                    const layout la = over ? lc : layout{true, (ta ? m : n) + p}, lb{true, (tb ? m : n) + 2};
+                    auto a = filled<T>(la.extent(ta ? n : m, ta ? m : n), la, ta ? n : m, ta ? m : n, g);
+                    const auto b = filled<T>(lb.extent(tb ? n : m, tb ? m : n), lb, tb ? n : m, tb ? m : n, g);
+                    std::vector<T> own(lc.extent(m, n) + 8, sentinel<T>());
+                    std::vector<T>& c = over ? a : own;
+                    const auto a0 = a, c0 = c;
+                    kern_as<typename tr<T>::sum, T>(name)(&m, &n, &alpha, a.data(), &la.ld, &beta, b.data(), &lb.ld,
+                                                          c.data(), &lc.ld);
+                    const auto pa = moved(o, alpha, a0, la), pb = moved(o2, beta, b, lb);
+                    EXPECT_TRUE(check(c, c0, lc, m, n, [&](u64 i, u64 j) { return add(pa(i, j), pb(i, j)); }));
+                }
+            }
     }
 }
 

@@ -19,6 +19,7 @@ template <class T> struct tr;
         using rec2 = decltype(&ork_trans_ork_##p##omatcopy2_rec_n);                           \
         using inplace = decltype(&ork_trans_ork_##p##imatcopy_mipt_n);                        \
         using sum = decltype(&ork_trans_ork_##p##omatadd_nn);                                 \
+        using sum_rec = decltype(&ork_trans_ork_##p##omatadd_rec_nt);                         \
     };
 OT_TR(s, float)
 OT_TR(d, double)

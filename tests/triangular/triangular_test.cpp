@@ -61,6 +61,22 @@ template <class T> struct tri_matrix {
     }
 };
 
+// op(A) x = b by substitution in long double; scale grows to the largest |x_i|.
+template <class T> std::vector<LC> substituted(const tri_matrix<T>& a, char u, char t, const std::vector<LC>& b, long double& scale) {
+    const idx n = a.n;
+    const bool lower_op = (u == 'L') == (t == 'N');  // op(A) lower triangular: (L, N) or (U, T/C)
+    std::vector<LC> x(b.size());
+    for (idx q = 0; q < n; ++q) {
+        const idx i = lower_op ? q : n - 1 - q;
+        LC r = b[std::size_t(i)];
+        for (idx j = 0; j < n; ++j)
+            if (j != i && (lower_op ? j < i : j > i)) r -= a.op(i, j, t) * x[std::size_t(j)];
+        x[std::size_t(i)] = r / a.op(i, i, t);
+        scale = std::max(scale, std::abs(x[std::size_t(i)]));
+    }
+    return x;
+}
+
 enum class storage { full, band, packed };
 const char* storage_name[] = {"tr", "tb", "tp"};
 
@@ -107,17 +123,7 @@ TYPED_TEST(Triangular, AgainstLongDouble) {
                                         }
                                         scale = std::max(scale, mags);
                                     }
-                                else {  // op(A) is lower triangular when (uplo, trans) is (L, N) or (U, T/C)
-                                    const bool lower_op = (u == 'L') == (t == 'N');
-                                    for (idx q = 0; q < n; ++q) {
-                                        const idx i = lower_op ? q : n - 1 - q;
-                                        LC r = b[std::size_t(i)];
-                                        for (idx j = 0; j < n; ++j)
-                                            if (j != i && (lower_op ? j < i : j > i)) r -= a.op(i, j, t) * want[std::size_t(j)];
-                                        want[std::size_t(i)] = r / a.op(i, i, t);
-                                        scale = std::max(scale, std::abs(want[std::size_t(i)]));
-                                    }
-                                }
+                                else want = substituted(a, u, t, b, scale);
                                 const long double tol = 8 * (n + 2) * eps<T> * scale;
                                 auto expect = x0;
                                 for (idx i = 0; i < n; ++i) {
@@ -145,10 +151,14 @@ template <class T> T quotient(T a, T b) {
 }
 
 using block_fn = void (*)(const idx*, const void*, const idx*, void*, const idx*);
+// The diagonal-block kernels by name (after the type letter): uplo, trans, diag.
+const char* const pieces[] = {"trsv_unn", "trsv_unu", "trsv_utn", "trsv_utu", "trsv_ucn", "trsv_ucu",
+                              "trsv_lnn", "trsv_lnu", "trsv_ltn", "trsv_ltu", "trsv_lcn", "trsv_lcu"};
 
 // The blocked solve equals a replay of its block order with the kernel
-// library's own diagonal-block kernels and libork's gemv, bit for bit; the
-// no-transpose blocks equal the column sweep in the element's precision;
+// library's diagonal-block kernels, each called by name, and libork's gemv,
+// bit for bit; a block kernel alone (n <= 32) agrees with long double and,
+// without transposing, equals the column sweep in the element's precision;
 // incx = -1 equals incx = 1 on the reversed vector (bit for bit without
 // transposing).
 TYPED_TEST(Triangular, BlockedSolveOrder) {
@@ -156,7 +166,7 @@ TYPED_TEST(Triangular, BlockedSolveOrder) {
     using A = tri<T>;
     std::mt19937_64 g(11);
     const T minus = make<T>(-1), plus = make<T>(1);
-    for (idx n : {idx(1), idx(31), idx(32), idx(33), idx(40), idx(65), idx(100)})
+    for (idx n : {idx(1), idx(2), idx(7), idx(31), idx(32), idx(33), idx(40), idx(65), idx(100)})
         for (char u : {'U', 'L'})
             for (char t : {'N', 'T', 'C'})
                 for (char d : {'N', 'U'})
@@ -170,8 +180,8 @@ TYPED_TEST(Triangular, BlockedSolveOrder) {
                         const char uf[] = {u, 0}, tf[] = {t, 0}, df[] = {d, 0};
                         A::trsv(uf, tf, df, &n, a.full.data(), &a.lda, x.p(), &inc);
 
-                        const std::string kname = std::string("ork_blas_") + A::letter + "trsv_" + char(u | 0x20) + char(t | 0x20) + char(d | 0x20);
-                        const auto kernel = kernel_symbol<block_fn>(kname.c_str());
+                        const char* piece = pieces[(u == 'L') * 6 + (t == 'T') * 2 + (t == 'C') * 4 + (d == 'U')];
+                        const auto kernel = kernel_symbol<block_fn>((std::string("ork_blas_") + A::letter + piece).c_str());
                         T* xr = rx.data() + x.lead;
                         const idx lda = a.lda;
                         auto at = [&](idx i) { return inc > 0 ? xr + i * inc : xr + (n - 1 - i) * -inc; };
@@ -210,6 +220,14 @@ TYPED_TEST(Triangular, BlockedSolveOrder) {
                         }
                         EXPECT_TRUE(same_all(x.buf, rx));
 
+                        if (n <= 32) {  // one block, the piece alone: against long double
+                            std::vector<LC> b(static_cast<std::size_t>(n));
+                            for (idx i = 0; i < n; ++i) b[std::size_t(i)] = ld(x0[x.pos(i)]);
+                            long double scale = 1;
+                            const auto want = substituted(a, u, t, b, scale);
+                            for (idx i = 0; i < n; ++i)
+                                EXPECT_TRUE(near(rx[x.pos(i)], want[std::size_t(i)], 8 * (n + 2) * eps<T> * scale)) << piece << " element " << i;
+                        }
                         if (t == 'N' && n <= 32) {  // one block: the column sweep itself
                             std::vector<T> w(static_cast<std::size_t>(n));
                             for (idx i = 0; i < n; ++i) w[std::size_t(i)] = x0[x.pos(i)];
@@ -219,7 +237,7 @@ TYPED_TEST(Triangular, BlockedSolveOrder) {
                                 for (idx i = u == 'L' ? j + 1 : 0; i < (u == 'L' ? n : j); ++i)
                                     w[std::size_t(i)] = sub(w[std::size_t(i)], mul(w[std::size_t(j)], *el(i, j)));
                             }
-                            for (idx i = 0; i < n; ++i) EXPECT_TRUE(same(x.at(i), w[std::size_t(i)])) << "element " << i;
+                            for (idx i = 0; i < n; ++i) EXPECT_TRUE(same(rx[x.pos(i)], w[std::size_t(i)])) << "element " << i;
                         }
                         if (inc == -1) {  // the same logical vector held forwards
                             gvec<T> y(n, 1, 0, g);
