@@ -10,9 +10,11 @@ namespace {
 
 using namespace ot;
 
-// The level-1 and level-2 entries: each argument error at its reference
-// position (the first bad one when several are), and valid calls reporting
-// nothing. Valid calls are 3 x 3 (lda 3).
+// The level-1 and level-2 entries: a leading dimension short of its matrix,
+// a missing vector of a non-empty call, letters the manifest test does not
+// try, the first bad argument when several are, and valid calls reporting
+// nothing (each argument alone spoilt, for every entry:
+// tests/frame/manifest_test.cpp). Valid calls are 3 x 3 (lda 3).
 TEST(ArgumentErrors, Level1And2Positions) {
     double a[64], x[8], y[8];
     ork_complex16 za[64], zx[8], zy[8];
@@ -26,62 +28,27 @@ TEST(ArgumentErrors, Level1And2Positions) {
     const idx* N = &n;
     expect_reports({
         {"ork_blas_dgemv", 0, [&] { ork_blas_dgemv("N", N, N, &one, a, &n, x, &inc, &one, y, &inc); }},
-        {"ork_blas_dgemv", 1, [&] { ork_blas_dgemv("X", N, N, &one, a, &n, x, &inc, &one, y, &inc); }},
-        {"ork_blas_dgemv", 3, [&] { ork_blas_dgemv("T", N, &neg, &one, a, &n, x, &inc, &one, y, &inc); }},
         {"ork_blas_dgemv", 6, [&] { ork_blas_dgemv("T", N, N, &one, a, &two, x, &inc, &one, y, &inc); }},
         {"ork_blas_dgemv", 11, [&] { ork_blas_dgemv("C", N, N, &one, a, &n, x, &inc, &one, y, &zero); }},
         {"ork_blas_dgemv", 1, [&] { ork_blas_dgemv("", N, N, &one, a, &n, x, &inc, &one, y, &inc); }},
         {"ork_blas_dgemv", 1, [&] { ork_blas_dgemv("X", &neg, &neg, &one, a, &zero, x, &zero, &one, y, &zero); }},
-        {"ork_blas_dgemv", 2, [&] { ork_blas_dgemv("N", &neg, N, &one, a, &n, x, &inc, &one, y, &inc); }},
         {"ork_blas_dgemv", 6, [&] { ork_blas_dgemv("N", N, N, &one, a, &two, x, &inc, &one, y, &inc); }},
-        {"ork_blas_dgemv", 6, [&] { ork_blas_dgemv("N", &zero, N, &one, a, &zero, x, &inc, &one, y, &inc); }},
         {"ork_blas_dgemv", 6, [&] { ork_blas_dgemv("N", N, N, &one, a, &inc, x, &zero, &one, y, &zero); }},
-        {"ork_blas_dgemv", 8, [&] { ork_blas_dgemv("N", N, N, &one, a, &n, x, &zero, &one, y, &inc); }},
         {"ork_blas_dgbmv", 0, [&] { ork_blas_dgbmv("N", N, N, &k, &k, &one, a, &n, x, &inc, &one, y, &inc); }},
-        {"ork_blas_dgbmv", 2, [&] { ork_blas_dgbmv("N", &neg, N, &k, &k, &one, a, &n, x, &inc, &one, y, &inc); }},
-        {"ork_blas_dgbmv", 4, [&] { ork_blas_dgbmv("N", N, N, &neg, &k, &one, a, &n, x, &inc, &one, y, &inc); }},
-        {"ork_blas_dgbmv", 5, [&] { ork_blas_dgbmv("N", N, N, &k, &neg, &one, a, &n, x, &inc, &one, y, &inc); }},
         {"ork_blas_dgbmv", 8, [&] { ork_blas_dgbmv("N", N, N, &k, &k, &one, a, &two, x, &inc, &one, y, &inc); }},
-        {"ork_blas_dgbmv", 10, [&] { ork_blas_dgbmv("N", N, N, &k, &k, &one, a, &n, x, &zero, &one, y, &inc); }},
-        {"ork_blas_dgbmv", 13, [&] { ork_blas_dgbmv("N", N, N, &k, &k, &one, a, &n, x, &inc, &one, y, &zero); }},
-        {"ork_blas_dsymv", 1, [&] { ork_blas_dsymv("N", N, &one, a, &n, x, &inc, &one, y, &inc); }},
         {"ork_blas_dsymv", 5, [&] { ork_blas_dsymv("U", N, &one, a, &two, x, &inc, &one, y, &inc); }},
-        {"ork_blas_dsymv", 10, [&] { ork_blas_dsymv("L", N, &one, a, &n, x, &inc, &one, y, &zero); }},
-        {"ork_blas_dsbmv", 3, [&] { ork_blas_dsbmv("U", N, &neg, &one, a, &n, x, &inc, &one, y, &inc); }},
         {"ork_blas_dsbmv", 6, [&] { ork_blas_dsbmv("U", N, &k, &one, a, &k, x, &inc, &one, y, &inc); }},
-        {"ork_blas_dsbmv", 8, [&] { ork_blas_dsbmv("U", N, &k, &one, a, &n, x, &zero, &one, y, &inc); }},
-        {"ork_blas_dspmv", 2, [&] { ork_blas_dspmv("U", &neg, &one, a, x, &inc, &one, y, &inc); }},
-        {"ork_blas_dspmv", 6, [&] { ork_blas_dspmv("U", N, &one, a, x, &zero, &one, y, &inc); }},
-        {"ork_blas_dspmv", 9, [&] { ork_blas_dspmv("U", N, &one, a, x, &inc, &one, y, &zero); }},
-        {"ork_blas_zhemv", 7, [&] { ork_blas_zhemv("U", N, &zone, za, &n, zx, &zero, &zone, zy, &inc); }},
-        {"ork_blas_zhbmv", 11, [&] { ork_blas_zhbmv("L", N, &k, &zone, za, &n, zx, &inc, &zone, zy, &zero); }},
-        {"ork_blas_zhpmv", 1, [&] { ork_blas_zhpmv("x", N, &zone, za, zx, &inc, &zone, zy, &inc); }},
-        {"ork_blas_dger", 1, [&] { ork_blas_dger(&neg, N, &one, x, &inc, y, &inc, a, &n); }},
-        {"ork_blas_dger", 2, [&] { ork_blas_dger(N, &neg, &one, x, &inc, y, &inc, a, &n); }},
-        {"ork_blas_dger", 5, [&] { ork_blas_dger(N, N, &one, x, &zero, y, &inc, a, &n); }},
-        {"ork_blas_dger", 7, [&] { ork_blas_dger(N, N, &one, x, &inc, y, &zero, a, &n); }},
         {"ork_blas_dger", 9, [&] { ork_blas_dger(&four, N, &one, x, &inc, y, &inc, a, &n); }},
         {"ork_blas_zgeru", 9, [&] { ork_blas_zgeru(&four, N, &zone, zx, &inc, zy, &inc, za, &n); }},
         {"ork_blas_zgerc", 0, [&] { ork_blas_zgerc(N, N, &zone, zx, &inc, zy, &inc, za, &n); }},
-        {"ork_blas_dsyr", 1, [&] { ork_blas_dsyr("A", N, &one, x, &inc, a, &n); }},
-        {"ork_blas_dsyr", 5, [&] { ork_blas_dsyr("U", N, &one, x, &zero, a, &n); }},
         {"ork_blas_dsyr", 7, [&] { ork_blas_dsyr("U", N, &one, x, &inc, a, &two); }},
-        {"ork_blas_dsyr", 2, [&] { ork_blas_dsyr("U", &neg, &one, x, &inc, a, &n); }},
-        {"ork_blas_dsyr", 7, [&] { ork_blas_dsyr("l", &zero, &one, x, &inc, a, &zero); }},
-        {"ork_blas_daxpy", 1, [&] { ork_blas_daxpy(nullptr, &one, x, &inc, y, &inc); }},
         {"ork_blas_daxpy", 3, [&] { ork_blas_daxpy(N, &one, nullptr, &inc, y, &inc); }},
         {"ork_blas_daxpy", 5, [&] { ork_blas_daxpy(N, &one, x, &inc, nullptr, &inc); }},
         {"ork_blas_daxpy", 0, [&] { ork_blas_daxpy(&zero, &one, nullptr, &inc, nullptr, &inc); }},  // n = 0: no vectors needed
         {"ork_blas_ddot", 4, [&] { EXPECT_EQ(ork_blas_ddot(N, x, &inc, nullptr, &inc), 0.0); }},
-        {"ork_blas_dspr", 5, [&] { ork_blas_dspr("L", N, &one, x, &zero, a); }},
-        {"ork_blas_dsyr2", 7, [&] { ork_blas_dsyr2("U", N, &one, x, &inc, y, &zero, a, &n); }},
         {"ork_blas_dsyr2", 9, [&] { ork_blas_dsyr2("U", N, &one, x, &inc, y, &inc, a, &two); }},
-        {"ork_blas_dspr2", 2, [&] { ork_blas_dspr2("U", &neg, &one, x, &inc, y, &inc, a); }},
-        {"ork_blas_dspr2", 7, [&] { ork_blas_dspr2("U", N, &one, x, &inc, y, &zero, a); }},
         {"ork_blas_zher", 7, [&] { ork_blas_zher("L", N, &one, zx, &inc, za, &two); }},
-        {"ork_blas_zhpr", 5, [&] { ork_blas_zhpr("L", N, &one, zx, &zero, za); }},
         {"ork_blas_zher2", 9, [&] { ork_blas_zher2("U", N, &zone, zx, &inc, zy, &inc, za, &two); }},
-        {"ork_blas_zhpr2", 7, [&] { ork_blas_zhpr2("U", N, &zone, zx, &inc, zy, &zero, za); }},
         {"ork_blas_zhpr2", 0, [&] { ork_blas_zhpr2("U", N, &zone, zx, &inc, zy, &inc, za); }},
     }, [&] { return bytes_of(a, x, y, za, zx, zy); });
 }

@@ -310,7 +310,9 @@ TEST(Level3Threads, ResultsIndependentOfThreadCount) {
     }
 }
 
-// ---- argument errors: the reference positions, first bad argument wins.
+// ---- argument errors: the reference positions of short leading dimensions
+// and of letters an entry refuses, the first bad argument winning (each
+// argument alone spoilt, for every entry: tests/frame/manifest_test.cpp).
 TEST(Level3Errors, ReferencePositions) {
     double d[16];
     ork_complex16 z[16];
@@ -337,18 +339,10 @@ TEST(Level3Errors, ReferencePositions) {
         {"ork_blas_dtrsm", 11, [&] { trsm("R", "U", "N", "U", 4, 3, 3, 3); }},
         {"ork_blas_ztrmm", 9, [&] { ztrmm("L", "L", "C", "N", 4, 3, 3, 4); }},
         {"ork_blas_ztrmm", 0, [&] { ztrmm("L", "L", "C", "N", 0, 3, 1, 1); }},
-        {"ork_blas_dsymm", 1, [&] { symm("N", "U", 1, 1, 1, 1, 1); }},
-        {"ork_blas_dsymm", 2, [&] { symm("L", "N", 1, 1, 1, 1, 1); }},
-        {"ork_blas_dsymm", 3, [&] { symm("L", "U", -1, 1, 1, 1, 1); }},
-        {"ork_blas_dsymm", 4, [&] { symm("L", "U", 1, -1, 1, 1, 1); }},
         {"ork_blas_dsymm", 7, [&] { symm("R", "U", 2, 3, 2, 0, 0); }},
         {"ork_blas_dsymm", 9, [&] { symm("R", "U", 2, 3, 3, 1, 0); }},
         {"ork_blas_dsymm", 12, [&] { symm("R", "U", 2, 3, 3, 2, 1); }},
-        {"ork_blas_dsyrk", 1, [&] { syrk("X", "N", 1, 1, 1, 1); }},
-        {"ork_blas_dsyrk", 2, [&] { syrk("U", "X", 1, 1, 1, 1); }},
         {"ork_blas_dsyrk", 0, [&] { syrk("U", "C", 2, 3, 3, 2); }},
-        {"ork_blas_dsyrk", 3, [&] { syrk("U", "N", -1, 1, 1, 1); }},
-        {"ork_blas_dsyrk", 4, [&] { syrk("U", "N", 1, -1, 1, 1); }},
         {"ork_blas_dsyrk", 7, [&] { syrk("U", "T", 2, 3, 2, 0); }},
         {"ork_blas_dsyrk", 10, [&] { syrk("U", "N", 3, 2, 3, 2); }},
         {"ork_blas_zsyrk", 2, [&] { csyrk("U", "C", 1, 1, 1, 1); }},

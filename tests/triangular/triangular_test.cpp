@@ -289,7 +289,9 @@ TYPED_TEST(Triangular, ProductRangesAndThreads) {
                 }
 }
 
-// The first bad argument's position, as the reference BLAS numbers them.
+// The position of a short leading dimension or band, a missing array, as the
+// reference BLAS numbers them (each argument alone spoilt, for every entry:
+// tests/frame/manifest_test.cpp).
 TEST(TriangularErrors, Positions) {
     const idx n = 3, k = 1, one = 1, zero = 0, neg = -1, two = 2;
     double a[64], x[16];  // room for the accepted calls of every type
@@ -299,15 +301,9 @@ TEST(TriangularErrors, Positions) {
         const idx *n, *k, *lda, *incx;
         int tr, tb, tp;  // expected positions; 0: accepted
     } rows[] = {
-        {"X", "N", "N", &n, &k, &n, &one, 1, 1, 1},
-        {"U", "X", "N", &n, &k, &n, &one, 2, 2, 2},
-        {"L", "T", "X", &n, &k, &n, &one, 3, 3, 3},
-        {"U", "C", "U", &neg, &k, &n, &one, 4, 4, 4},
         {"U", "N", "N", &n, &neg, &n, &one, 0, 5, 0},
         {"U", "N", "N", &n, &k, &two, &one, 6, 0, 0},
         {"U", "N", "N", &n, &two, &two, &one, 6, 7, 0},
-        {"l", "t", "u", &n, &k, &n, &zero, 8, 9, 7},
-        {"U", "N", "N", &zero, &zero, &one, &zero, 8, 9, 7},
         {"u", "c", "n", &zero, &zero, &one, &one, 0, 0, 0},
     };
     std::vector<bad_call> calls = {  // a missing matrix, then a missing vector
