@@ -272,14 +272,15 @@ product reference(char ta, char tb, idx m, idx n, idx k, T alpha, const TA* a, i
 
 // The m x n block of C against the reference: exactly for integer data, else
 // within 2(k+8)eps (4(k+8)eps complex) of the magnitudes; rows, cols >= 0
-// restrict the check to the leading rows x cols; a factor > 0 replaces 2(k+8)eps.
+// restrict the check to the leading rows x cols; a factor > 0 replaces
+// 2(k+8)eps; tri >= 0 to the lower (1) or upper (0) triangle.
 template <class T>
 ::testing::AssertionResult matches(const gmat<T>& c, const product& want, idx k, bool exact, idx rows = -1,
-                                   idx cols = -1, long double factor = 0) {
+                                   idx cols = -1, long double factor = 0, int tri = -1) {
     const long double f = factor > 0 ? factor : (is_cx<T> ? 4.0L : 2.0L) * (long double)(k + 8) * eps<T>;
     const idx m = rows < 0 ? want.m : rows, n = cols < 0 ? want.n : cols;
     for (idx j = 0; j < n; ++j)
-        for (idx i = 0; i < m; ++i) {
+        for (idx i = tri == 1 ? j : 0; i < (tri == 0 ? std::min(j + 1, m) : m); ++i) {
             const long double tol = exact ? 0 : f * want.mag[std::size_t(i + j * want.m)];
             auto r = near(c.at(i, j), want.at(i, j), tol);
             if (!r) return r << " at (" << i << ", " << j << ")";

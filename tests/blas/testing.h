@@ -5,6 +5,7 @@
 // the error handler's reports.
 #pragma once
 
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -84,6 +85,32 @@ template <class T> real_t<T> abs1(T a) {
     else return std::fabs(a);
 }
 
+// Column-major rows x cols long double matrix (leading dimension rows); from
+// any matrix with m, n and (i, j).
+struct lmat {
+    idx rows, cols;
+    std::vector<LC> v;
+    lmat(idx r, idx c) : rows(r), cols(c), v(std::size_t(r * c)) {}
+    template <class M> explicit lmat(M& a) : lmat(a.m, a.n) {
+        for (idx j = 0; j < cols; ++j)
+            for (idx i = 0; i < rows; ++i) (*this)(i, j) = ld(a(i, j));
+    }
+    LC& operator()(idx i, idx j) { return v[std::size_t(i + j * rows)]; }
+    LC operator()(idx i, idx j) const { return v[std::size_t(i + j * rows)]; }
+    lmat op(char t) const {  // op(A) for trans N, T or C
+        if (t == 'N') return *this;
+        lmat r(cols, rows);
+        for (idx j = 0; j < cols; ++j)
+            for (idx i = 0; i < rows; ++i) r(j, i) = t == 'C' ? std::conj((*this)(i, j)) : (*this)(i, j);
+        return r;
+    }
+    long double maxabs() const {
+        long double r = 0;
+        for (const LC& x : v) r = std::max(r, std::abs(x));
+        return r;
+    }
+};
+
 // Bitwise equality: the test of every elementwise result (and of NaN kept).
 template <class T> bool same(const T& a, const T& b) { return std::memcmp(&a, &b, sizeof(T)) == 0; }
 
@@ -134,17 +161,24 @@ template <class F> F kernel_symbol(const char* name) {
     throw std::runtime_error(std::string("the kernel library lacks ") + name);
 }
 
-// A routine of libork with its name; kernel() finds the kernel library's own
-// code for it: the x main entry where there is one, else the same name.
+// libork's checked entry `name` and the kernel library's code of `kernel`
+// (by default the same name), labelled for the traces.
+template <class F>
+std::vector<std::pair<std::string, F>> both_paths(const std::string& name, std::string kernel = {}) {
+    if (kernel.empty()) kernel = name;
+    void* lib = dlsym(RTLD_DEFAULT, name.c_str());
+    if (!lib) throw std::runtime_error("libork lacks " + name);
+    return {{"libork " + name, reinterpret_cast<F>(lib)}, {"kernel " + kernel, kernel_symbol<F>(kernel.c_str())}};
+}
+
+// A routine of libork with its name; its paths: libork's entry and the kernel
+// library's own code, the x main entry where there is one, else the same name.
 template <class F> struct routine {
     F lib;
     const char* name;
-    F kernel() const {
-        const std::string x = std::string("ork_blas_x") + name;
-        return kernel_symbol<F>(ork_kernel_symbol(x.c_str()) ? x.c_str() : (std::string("ork_blas_") + name).c_str());
-    }
     std::vector<std::pair<std::string, F>> paths() const {
-        return {{std::string("libork ") + name, lib}, {std::string("kernel ") + name, kernel()}};
+        const std::string own = std::string("ork_blas_") + name, x = std::string("ork_blas_x") + name;
+        return both_paths<F>(own, ork_kernel_symbol(x.c_str()) ? x : own);
     }
 };
 #define OT_R(f) routine<decltype(&ork_blas_##f)>{&ork_blas_##f, #f}

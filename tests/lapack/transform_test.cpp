@@ -21,11 +21,11 @@ const std::vector<std::pair<idx, idx>> shapes = {{0, 3}, {3, 0}, {1, 1}, {1, 4},
 // in the order the direction names, to rows (side L) or columns (side R).
 lmat rotated(lmat a, char side, char pivot, char direct, const std::vector<long double>& c,
              const std::vector<long double>& s) {
-    const idx z = side == 'l' ? a.m : a.n;
+    const idx z = side == 'l' ? a.rows : a.cols;
     for (idx t = 0; t + 1 < z; ++t) {
         const idx k = direct == 'f' ? t : z - 2 - t;
         const idx p = pivot == 't' ? 0 : k, q = pivot == 'b' ? z - 1 : k + 1;
-        const idx len = side == 'l' ? a.n : a.m;
+        const idx len = side == 'l' ? a.cols : a.rows;
         for (idx i = 0; i < len; ++i) {
             LC& u = side == 'l' ? a(p, i) : a(i, p);
             LC& v = side == 'l' ? a(q, i) : a(i, q);

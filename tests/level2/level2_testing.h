@@ -11,23 +11,6 @@
 
 namespace ot {
 
-// Column-major rows-by-cols long double matrix.
-struct dense_ld {
-    idx rows, cols;
-    std::vector<LC> v;
-    dense_ld(idx r, idx c) : rows(r), cols(c), v(std::size_t(r * c)) {}
-    LC& operator()(idx i, idx j) { return v[std::size_t(i + j * rows)]; }
-    LC operator()(idx i, idx j) const { return v[std::size_t(i + j * rows)]; }
-    // op(A) for trans N, T or C
-    dense_ld op(char t) const {
-        if (t == 'N') return *this;
-        dense_ld r(cols, rows);
-        for (idx j = 0; j < cols; ++j)
-            for (idx i = 0; i < rows; ++i) r(j, i) = t == 'C' ? std::conj((*this)(i, j)) : (*this)(i, j);
-        return r;
-    }
-};
-
 // The logical elements of a vector, in long double.
 template <class T> std::vector<LC> values(gvec<T>& x) {
     std::vector<LC> r;
@@ -59,7 +42,7 @@ template <class T> struct triangle {
     bool upper;
     idx n, k, lda;
     std::vector<T> a;
-    dense_ld full;
+    lmat full;
     triangle(storage s, bool up, idx n_, idx k_, std::mt19937_64& g)
         : st(s), upper(up), n(n_), k(s == storage::band ? k_ : n_), full(n_, n_) {
         lda = st == storage::full ? (n > 1 ? n : 1) + 1 : st == storage::band ? k + 2 : 1;

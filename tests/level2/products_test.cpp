@@ -30,7 +30,7 @@ template <class T> struct product_case {
     }
     // y = alpha*(row . x) + beta*y0, given the row's products as a dense
     // long double row, checked element by element; nothing else changes.
-    void check(gvec<T>& y, const std::vector<T>& y0, const dense_ld& op_a, const std::vector<LC>& x) const {
+    void check(gvec<T>& y, const std::vector<T>& y0, const lmat& op_a, const std::vector<LC>& x) const {
         if (sc == scalars::alpha_zero_beta_one || y.n == 0 || x.empty()) {
             EXPECT_TRUE(same_all(y.buf, y0));
             return;
@@ -80,7 +80,7 @@ TYPED_TEST(Products, GeneralAndBand) {
                             // general: padding rows of NaN; band: NaN outside the band
                             const idx lda = band ? kl + ku + 2 : (m > 1 ? m : 1) + 2;
                             std::vector<T> a(std::size_t(lda * (n > 0 ? n : 1)), make<T>(NAN, NAN));
-                            dense_ld full(m, n);
+                            lmat full(m, n);
                             for (idx j = 0; j < n; ++j)
                                 for (idx i = 0; i < m; ++i) {
                                     if (band && (i - j > kl || j - i > ku)) continue;
