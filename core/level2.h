@@ -8,10 +8,10 @@
 // and C), ger (columns) and the real syr and syr2 (column ranges through the
 // _in_thread pieces) give the single-thread bits. her and her2 split as gerc
 // on the off-diagonal block plus the kernel on the diagonal block, the same
-// operations for finite data. symv and hemv split y's rows into the kernel on
-// the diagonal block plus two gemv on the blocks beside it (which are read
-// twice, once by each side): their rounding then depends on the number of
-// threads. The band and packed symmetric forms run whole.
+// operations for finite data. symv and hemv split the stored triangle into
+// column ranges, each thread adding the block beside its diagonal block to
+// two sides of y (one through a buffer): their rounding then depends on the
+// number of threads. The band and packed symmetric forms run whole.
 #pragma once
 
 #include <cmath>
@@ -118,34 +118,70 @@ void gbmv(const entry&, K, const char* trans, const idx* m, const idx* n, const 
     general_mv<C>(true, trans, m, n, kl, ku, alpha, a, lda, x, incx, beta, y, incy);
 }
 
-// ---- symmetric and Hermitian products. Full storage splits y's rows into
-// the kernel on the diagonal block plus two gemv on the blocks beside it
-// (transposed where the stored triangle holds them mirrored); band and
-// packed storage run whole.
+// ---- symmetric and Hermitian products. Full storage splits the stored
+// triangle into column ranges of nearly equal area, so that each thread reads
+// its part of A once: the kernel on the diagonal block, then the block beside
+// it a few columns at a time (small enough to stay in the core's cache), once
+// transposed into the thread's own rows of y and once into a buffer of the
+// thread's own for the other rows, which the caller's thread adds to y in
+// order of thread once all have finished. Without the buffers, and for band
+// and packed storage, the kernel runs whole.
+template <class C> auto axpy_kernel() {
+    if constexpr (std::is_same_v<C, float>) return K().ork_blas_xsaxpy;
+    else if constexpr (std::is_same_v<C, double>) return K().ork_blas_xdaxpy;
+    else if constexpr (std::is_same_v<C, ork_complex8>) return K().ork_blas_xcaxpy;
+    else return K().ork_blas_xzaxpy;
+}
+// columns of the block beside the diagonal read while they stay in cache:
+// about half a megabyte of A
+inline idx beside_columns(idx rows) {
+    const idx c = (idx(1) << 16) / (rows > 0 ? rows : 1);
+    return c < 8 ? 8 : c;
+}
 template <class K, class C>
 void symv(const entry&, K kernel, const char* uplo, const idx* n, const C* alpha, const C* a, const idx* lda,
           const C* x, const idx* incx, const C* beta, C* y, const idx* incy) {
     const idx N = *n;
     const int t = threads_for(N * N);
     if (t <= 1) return kernel(uplo, n, alpha, a, lda, x, incx, beta, y, incy);
-    const idx LDA = *lda, ix = *incx, iy = *incy;
+    C* w = static_cast<C*>(allocate(std::size_t(N) * std::size_t(t) * sizeof(C), 64));
+    if (!w) return kernel(uplo, n, alpha, a, lda, x, incx, beta, y, incy);
+    const idx LDA = *lda, ix = *incx, iy = *incy, unit = 1;
     const bool upper = is(uplo, "U");
-    const C one = check::one<C>();
-    ranges(t, t, even(N, t), [&](idx i0, idx i1) {
-        idx len = i1 - i0, before = i0, after = N - i1;
+    const C zero{}, one = check::one<C>();
+    const auto bound = by_area(N, t, upper);
+    ork::core::parallel_for(t, t, [&](int piece) {
+        const idx j0 = bound(piece), j1 = bound(piece + 1);
+        idx len = j1 - j0;
         if (len <= 0) return;
-        C* ys = sub(y, N, iy, i0, len);
-        kernel(uplo, &len, alpha, a + i0 + i0 * LDA, lda, sub(x, N, ix, i0, len), incx, beta, ys, incy);
-        const C* xb = sub(x, N, ix, 0, before);
-        const C* xa = sub(x, N, ix, i1, after);
-        if (upper) {
-            kern<C>::gemv()(kern<C>::trans_flag, &before, &len, alpha, a + i0 * LDA, lda, xb, incx, &one, ys, incy);
-            kern<C>::gemv()("No transpose", &len, &after, alpha, a + i0 + i1 * LDA, lda, xa, incx, &one, ys, incy);
-        } else {
-            kern<C>::gemv()("No transpose", &len, &before, alpha, a + i0, lda, xb, incx, &one, ys, incy);
-            kern<C>::gemv()(kern<C>::trans_flag, &after, &len, alpha, a + i1 + i0 * LDA, lda, xa, incx, &one, ys, incy);
+        C* ys = sub(y, N, iy, j0, len);
+        const C* xs = sub(x, N, ix, j0, len);
+        kernel(uplo, &len, alpha, a + j0 + j0 * LDA, lda, xs, incx, beta, ys, incy);
+        // the stored block beside the diagonal block: rows [o0, o0 + other)
+        idx other = upper ? j0 : N - j1;
+        const idx o0 = upper ? 0 : j1, step = beside_columns(other);
+        if (other <= 0) return;
+        const C* xo = sub(x, N, ix, o0, other);
+        C* wp = w + std::size_t(N) * std::size_t(piece);
+        for (idx c0 = 0; c0 < len; c0 += step) {
+            idx cl = len - c0 < step ? len - c0 : step;
+            const C* blk = a + o0 + (j0 + c0) * LDA;
+            // y's rows of these columns from the mirrored block, then the
+            // block's own rows into the buffer
+            kern<C>::gemv()(kern<C>::trans_flag, &other, &cl, alpha, blk, lda, xo, incx, &one,
+                            sub(ys, len, iy, c0, cl), incy);
+            kern<C>::gemv()("No transpose", &other, &cl, alpha, blk, lda, sub(xs, len, ix, c0, cl), incx,
+                            c0 == 0 ? &zero : &one, wp, &unit);
         }
     });
+    for (int piece = 0; piece < t; ++piece) {
+        const idx j0 = bound(piece), j1 = bound(piece + 1);
+        idx other = upper ? j0 : N - j1;
+        if (j1 > j0 && other > 0)
+            axpy_kernel<C>()(&other, &one, w + std::size_t(N) * std::size_t(piece), &unit,
+                             sub(y, N, iy, upper ? 0 : j1, other), incy);
+    }
+    deallocate(w);
 }
 
 // ---- general updates (m, n, alpha, x, incx, y, incy, a, lda), by columns
