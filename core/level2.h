@@ -133,7 +133,10 @@ template <class C> auto axpy_kernel() {
     else return K().ork_blas_xzaxpy;
 }
 // columns of the block beside the diagonal read while they stay in cache:
-// about half a megabyte of A
+// about half a megabyte of A, half the 1 MB second-level cache of a core of
+// the two-core AMD EPYC (Zen 4) guest on which the split was measured
+// (bench/level2_bench.cpp, dsymv at n = 4000 on two threads, November 2026);
+// a size from the cache, not a tuned one
 inline idx beside_columns(idx rows) {
     const idx c = (idx(1) << 16) / (rows > 0 ? rows : 1);
     return c < 8 ? 8 : c;
