@@ -81,9 +81,13 @@ void general_mv(bool band, const char* trans, const idx* m, const idx* n, const 
     const idx M = *m, N = *n;
     const bool notrans = is(trans, "N");
     const idx LDA = *lda, ix = *incx, iy = *incy, leny = notrans ? M : N, lenx = notrans ? N : M;
-    // at least 64 rows or columns of A a thread
+    // at least 64 rows or columns of A a thread. Full N takes one range of
+    // rows a thread: shorter runs down each column stream A from memory
+    // markedly slower (dgemv N at n = 4000 on two threads of the two-core
+    // Zen 4 guest, bench/level2_bench.cpp, November 2026: 1.13-1.21x
+    // OpenBLAS against 0.81-0.98x with four ranges a thread).
     int t = threads_for(M * (band && *kl + *ku + 1 < N ? *kl + *ku + 1 : N));
-    int p = t * pieces_per_thread;
+    int p = t * (notrans && !band ? 1 : pieces_per_thread);
     if (p > leny / 64) p = leny / 64 > 1 ? int(leny / 64) : 1;
     ranges(t, p, even(leny, p), [&](idx k0, idx k1) {
         idx len = k1 - k0;
