@@ -40,7 +40,7 @@ def check_mapped(when):
     with open("/proc/self/maps") as f:
         mapped = {line.split()[-1] for line in f if "/" in line}
     libs = [p for p in mapped if os.path.basename(p).startswith("lib")]
-    blas = sorted(p for p in libs if "blas" in os.path.basename(p) or "mkl" in p or "blis" in p)
+    blas = sorted(p for p in libs if "blas" in os.path.basename(p) or "blis" in p)
     check(ork_blas in {os.path.realpath(p) for p in blas}, f"{when}: ork's libblas.so.3 is mapped ({ork_blas})")
     others = [p for p in blas if os.path.realpath(p) != ork_blas]
     check(not others, f"{when}: no other BLAS is mapped: {others}")
