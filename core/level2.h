@@ -64,6 +64,7 @@ template <class C> struct kern;
     template <> struct kern<C> {                                              \
         static auto gemv() { return K().ork_blas_x##p##gemv; }                \
         static auto gbmv() { return K().ork_blas_##p##gbmv; }                 \
+        static auto axpy() { return K().ork_blas_x##p##axpy; }                \
         static constexpr const char* trans_flag = gemv_;                      \
     };
 ORK_L2_KERN(float, s, "Transpose")
@@ -130,12 +131,6 @@ void gbmv(const entry&, K, const char* trans, const idx* m, const idx* n, const 
 // thread's own for the other rows, which the caller's thread adds to y in
 // order of thread once all have finished. Without the buffers, and for band
 // and packed storage, the kernel runs whole.
-template <class C> auto axpy_kernel() {
-    if constexpr (std::is_same_v<C, float>) return K().ork_blas_xsaxpy;
-    else if constexpr (std::is_same_v<C, double>) return K().ork_blas_xdaxpy;
-    else if constexpr (std::is_same_v<C, ork_complex8>) return K().ork_blas_xcaxpy;
-    else return K().ork_blas_xzaxpy;
-}
 // columns of the block beside the diagonal read while they stay in cache:
 // about half a megabyte of A, half the 1 MB second-level cache of a core of
 // the two-core AMD EPYC (Zen 4) guest on which the split was measured
@@ -185,7 +180,7 @@ void symv(const entry&, K kernel, const char* uplo, const idx* n, const C* alpha
         const idx j0 = bound(piece), j1 = bound(piece + 1);
         idx other = upper ? j0 : N - j1;
         if (j1 > j0 && other > 0)
-            axpy_kernel<C>()(&other, &one, w + std::size_t(N) * std::size_t(piece), &unit,
+            kern<C>::axpy()(&other, &one, w + std::size_t(N) * std::size_t(piece), &unit,
                              sub(y, N, iy, upper ? 0 : j1, other), incy);
     }
     deallocate(w);
