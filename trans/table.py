@@ -6,15 +6,9 @@ from orkgen import CZ, SDCZ, Routine, array, family, flag, ld, scalar, size
 
 f = family(
     "trans", "Transposition and scaled addition",
-    public_header="include/ork/trans_entries.h",
-    kernel_header="include/ork/trans_kernels.h",
-    kernel_source="trans/exports.cpp",
-    kernel_includes=["trans/entries.h"],
+    public_header="include/ork/trans_entries.h",  # included by the hand-written include/ork/trans.h
     kernel_prelude="using namespace ork;\nusing namespace ork::trans;\nusing namespace ork::trans::entries;",
-    core_source="core/trans_entries.cpp",
-    core_includes=["core/trans.h"],
     core_prelude="using namespace ork::core::trans;",
-    binding="core/kernels_trans.h",
 )
 
 B = "ork::core::trans::"  # the bodies, core/trans.h

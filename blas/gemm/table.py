@@ -5,15 +5,8 @@ from orkgen import CZ, INT, SDCZ, C as C_, D, S, Z, Routine, array, dim, family,
 
 f = family(
     "gemm", "The matrix-multiply engine",
-    public_header="include/ork/gemm.h",
-    kernel_header="include/ork/gemm_kernels.h",
     kernel_header_includes=["ork/gemm_family_kernels.h"],
-    kernel_source="blas/gemm/exports.cpp",
-    kernel_includes=["blas/gemm/entries.h"],
     kernel_prelude="using namespace ork;\nusing namespace ork::gemm;\nusing namespace ork::gemm::entries;",
-    core_source="core/gemm_entries.cpp",
-    core_includes=["core/gemm.h"],
-    binding="core/kernels_gemm.h",
 )
 
 B = "ork::core::gemm::"  # the bodies, core/gemm.h
@@ -137,14 +130,8 @@ for T in SDCZ:
 # libork's threading.
 g = family(
     "gemm_family", "The matrix-multiply family",
-    public_header="include/ork/gemm_family.h",
-    kernel_header="include/ork/gemm_family_kernels.h",
-    kernel_source="blas/gemm/exports_family.cpp",
-    kernel_includes=["blas/gemm/entries.h"],
+    kernel_source="blas/gemm/exports_family.cpp",  # the engine's table, shims apart
     kernel_prelude="using namespace ork;\nusing namespace ork::gemm;\nusing namespace ork::gemm::entries;",
-    core_source="core/gemm_family_entries.cpp",
-    core_includes=["core/gemm_family.h"],
-    binding="core/kernels_gemm_family.h",
 )
 FAMILY_DOC = ("C := alpha*op(A)*op(B) + beta*C, arguments as in ?gemm. cgemm3m, zgemm3m: the complex product from "
               "three real products (per term, Re = Ar*Br - Ai*Bi, Im = (Ar + Ai)*(Br + Bi) - Ar*Br - Ai*Bi, with "

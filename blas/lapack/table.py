@@ -5,13 +5,8 @@ from orkgen import INT, SDCZ, array, dim, family, flag, given, info, ld, scalar,
 
 f = family(
     "lapack", "Small LAPACK-level routines",
-    public_header="include/ork/lapack.h",
-    kernel_source="blas/lapack/exports.cpp",
-    kernel_includes=["blas/lapack/entries.h"],
+    kernel_header="",  # every kernel is libork's checked name: no kernel-only header
     kernel_prelude="using namespace ork;\nusing namespace ork::lapack::entries;",
-    core_source="core/lapack_entries.cpp",
-    core_includes=["core/lapack.h"],
-    binding="core/kernels_lapack.h",
 )
 
 B = "ork::core::lapack::"  # the bodies, core/lapack.h

@@ -4,14 +4,7 @@ from orkgen import ALWAYS, CZ, D, INT, S, SD, SDCZ, C as C8, Z as Z16, array, co
 
 f = family(
     "level1", "Level-1 vector routines",
-    public_header="include/ork/level1.h",
-    kernel_header="include/ork/level1_kernels.h",
-    kernel_source="blas/level1/exports.cpp",
-    kernel_includes=["blas/level1/entries.h"],
     kernel_prelude="using namespace ork;",
-    core_source="core/level1_entries.cpp",
-    core_includes=["core/level1.h"],
-    binding="core/kernels_level1.h",
 )
 
 B = "ork::core::level1::"  # the bodies, core/level1.h

@@ -4,14 +4,7 @@ from orkgen import CZ, SD, SDCZ, array, dim, family, flag, index, inc, ld, packe
 
 f = family(
     "level2", "Level-2 products and updates",
-    public_header="include/ork/level2.h",
-    kernel_header="include/ork/level2_kernels.h",
-    kernel_source="blas/level2/exports.cpp",
-    kernel_includes=["blas/level2/entries.h"],
     kernel_prelude="using namespace ork;\nusing namespace ork::blas::entries;\nusing blas::gemv;\nusing blas::gbmv;\nusing blas::ger;",
-    core_source="core/level2_entries.cpp",
-    core_includes=["core/level2.h"],
-    binding="core/kernels_level2.h",
 )
 
 B = "ork::core::level2::"  # the bodies, core/level2.h

@@ -5,14 +5,7 @@ from orkgen import SDCZ, array, dim, family, flag, index, inc, ld, packed, Routi
 
 f = family(
     "triangular", "Triangular level-2 products and solves",
-    public_header="include/ork/triangular.h",
-    kernel_header="include/ork/triangular_kernels.h",
-    kernel_source="blas/level2/triangular_exports.cpp",
-    kernel_includes=["blas/level2/triangular_entries.h"],
     kernel_prelude="using namespace ork;\nusing namespace ork::blas::entries;",
-    core_source="core/triangular_entries.cpp",
-    core_includes=["core/triangular.h"],
-    binding="core/kernels_triangular.h",
 )
 
 B = "ork::core::triangular::"  # the bodies, core/triangular.h

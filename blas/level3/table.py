@@ -5,14 +5,7 @@ from orkgen import CZ, SDCZ, Routine, array, dim, family, flag, ld, scalar, work
 
 f = family(
     "level3", "Level-3 routines besides the general product",
-    public_header="include/ork/level3.h",
-    kernel_header="include/ork/level3_kernels.h",
-    kernel_source="blas/level3/exports.cpp",
-    kernel_includes=["blas/level3/entries.h"],
     kernel_prelude="using namespace ork;\nusing namespace ork::level3::entries;",
-    core_source="core/level3_entries.cpp",
-    core_includes=["core/level3.h"],
-    binding="core/kernels_level3.h",
 )
 
 B = "ork::core::level3::"  # the bodies, core/level3.h

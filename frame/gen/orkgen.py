@@ -306,18 +306,40 @@ class Family:
     title: str  # what the family holds, for the generated files' first lines
     routines: list = field(default_factory=list)
     planned: bool = False  # expanded and counted, nothing written yet
-    public_header: str = ""  # include/ork/... (checked entries)
-    kernel_header: str = ""  # include/ork/... (kernel-only names)
+    # The files' paths: None takes the one every family's follows (derive_paths),
+    # "" means the family has no such file.
+    public_header: str = None  # the checked entries' prototypes
+    kernel_header: str = None  # the kernel-only names' prototypes
     kernel_header_includes: list = field(default_factory=list)  # headers it includes (names declared apart)
-    kernel_source: str = ""  # the shims
-    kernel_includes: list = field(default_factory=list)
+    kernel_source: str = None  # the shims
+    kernel_includes: list = None
     kernel_prelude: str = ""  # using-declarations and helpers of the shims
-    core_source: str = ""  # the checked entries
-    core_includes: list = field(default_factory=list)
+    core_source: str = None  # the checked entries
+    core_includes: list = None
     core_prelude: str = ""  # using-declarations the entries' expressions need
-    binding: str = ""  # core/... the loader's X-list
+    binding: str = None  # the loader's X-list
     exports: list = field(default_factory=list)  # names outside the routine form (planned families)
     writer: object = None  # a family with emitters of its own: () -> {path: text}
+
+    def derive_paths(self, table):
+        """Fills the paths left as None from the family's name F and its table
+        <area>/<prefix>table.py: include/ork/F.h, include/ork/F_kernels.h,
+        <area>/<prefix>exports.cpp including <area>/<prefix>entries.h,
+        core/F_entries.cpp including core/F.h, and core/kernels_F.h."""
+        table = pathlib.PurePosixPath(table)
+        area, prefix = table.parent, table.stem.removesuffix("table")
+        derived = {
+            "public_header": f"include/ork/{self.name}.h",
+            "kernel_header": f"include/ork/{self.name}_kernels.h",
+            "kernel_source": f"{area}/{prefix}exports.cpp",
+            "kernel_includes": [f"{area}/{prefix}entries.h"],
+            "core_source": f"core/{self.name}_entries.cpp",
+            "core_includes": [f"core/{self.name}.h"],
+            "binding": f"core/kernels_{self.name}.h",
+        }
+        for key, path in derived.items():
+            if getattr(self, key) is None:
+                setattr(self, key, path)
 
     def add(self, *routines):
         self.routines.extend(routines)
@@ -354,8 +376,13 @@ def find_routine(name):
     return None
 
 
+_LOADING = []  # the table load_tables is running
+
+
 def family(name, title, **kw):
     f = Family(name, title, **kw)
+    if _LOADING:
+        f.derive_paths(_LOADING[-1])
     FAMILIES.append(f)
     return f
 
@@ -540,7 +567,11 @@ def load_tables():
     for rel in TABLES:
         before = len(FAMILIES)
         found = importlib.util.spec_from_file_location(rel.replace("/", "_")[:-3], ROOT / rel)
-        found.loader.exec_module(importlib.util.module_from_spec(found))
+        _LOADING.append(rel)
+        try:
+            found.loader.exec_module(importlib.util.module_from_spec(found))
+        finally:
+            _LOADING.pop()
         for f in FAMILIES[before:]:
             owner[f.name] = rel
     return owner
