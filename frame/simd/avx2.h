@@ -28,12 +28,16 @@ template <> struct avx2<double> {
     static V add(V a, V b) { return _mm256_add_pd(a, b); }
     static V sub(V a, V b) { return _mm256_sub_pd(a, b); }
     static V mul(V a, V b) { return _mm256_mul_pd(a, b); }
+    static V div(V a, V b) { return _mm256_div_pd(a, b); }
     // a*b + c rounded once
     static V fma(V a, V b, V c) { return _mm256_fmadd_pd(a, b, c); }
     static V max(V a, V b) { return _mm256_max_pd(a, b); }
     static V min(V a, V b) { return _mm256_min_pd(a, b); }
     static V abs(V a) { return _mm256_andnot_pd(_mm256_set1_pd(-0.0), a); }
     static V unord(V a, V b) { return _mm256_cmp_pd(a, b, _CMP_UNORD_Q); }
+    // all-ones lanes where a > b (a == b), ordered: false with NaN
+    static V gt(V a, V b) { return _mm256_cmp_pd(a, b, _CMP_GT_OQ); }
+    static V eq(V a, V b) { return _mm256_cmp_pd(a, b, _CMP_EQ_OQ); }
     static V bor(V a, V b) { return _mm256_or_pd(a, b); }
     static V bxor(V a, V b) { return _mm256_xor_pd(a, b); }
     static bool any(V a) { return _mm256_movemask_pd(a) != 0; }

@@ -24,10 +24,14 @@ template <> struct sse2<double> {
     static V add(V a, V b) { return _mm_add_pd(a, b); }
     static V sub(V a, V b) { return _mm_sub_pd(a, b); }
     static V mul(V a, V b) { return _mm_mul_pd(a, b); }
+    static V div(V a, V b) { return _mm_div_pd(a, b); }
     static V max(V a, V b) { return _mm_max_pd(a, b); }
     static V min(V a, V b) { return _mm_min_pd(a, b); }
     static V abs(V a) { return _mm_andnot_pd(_mm_set1_pd(-0.0), a); }
     static V unord(V a, V b) { return _mm_cmpunord_pd(a, b); }
+    // all-ones lanes where a > b (a == b), ordered: false with NaN
+    static V gt(V a, V b) { return _mm_cmpgt_pd(a, b); }
+    static V eq(V a, V b) { return _mm_cmpeq_pd(a, b); }
     static V bor(V a, V b) { return _mm_or_pd(a, b); }
     static V bxor(V a, V b) { return _mm_xor_pd(a, b); }
     static bool any(V a) { return _mm_movemask_pd(a) != 0; }

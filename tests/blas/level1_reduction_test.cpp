@@ -162,23 +162,47 @@ TYPED_TEST(Reduction, Nrm2) {
                 }
 }
 
-// Long runs of values no larger than the running scale are summed by a
-// vectorised path; zeros, -0, NaN and infinities anywhere in such runs must
-// leave the result exactly as the recurrence gives it (NaN for NaN).
-TEST(Nrm2Runs, SpecialValuesKeepTheRecurrence) {
+// Runs of values no larger than the running scale are summed by vectorised
+// paths, which must leave the recurrence's bits (NaN for NaN) whatever the
+// run holds: zeros, -0, NaN, infinities, huge and subnormal values; maxima
+// that rise now and then along a long vector; squares that fall exactly
+// halfway between two multiples of ssq's ulp (powers of two do in every
+// other binade of ssq, uniform values often while ssq is small); vectors long
+// enough for ssq to cross many binades, at scales near both ends of the range.
+TEST(Nrm2Runs, KeepTheRecurrence) {
+    static std::uniform_real_distribution<double> u(-1, 1);
+    using draw = double (*)(std::mt19937_64&, idx i);
+    struct family {
+        const char* name;
+        idx trials, n_min, n_span;
+        bool scaled;  // times 1, 1e-300, 1e300, 1e-310 in turn
+        draw value;
+    };
+    const family families[] = {
+        {"special", 300, 8, 57, false,
+         [](std::mt19937_64& r, idx) {
+             static const double sp[] = {0.0, -0.0, NAN, INFINITY, -INFINITY, 1e300, 1e-310};
+             return r() % 10 < 8 ? u(r) : sp[r() % 7];
+         }},
+        {"rising", 40, 100, 5000, true, [](std::mt19937_64& r, idx i) { return u(r) * double(1 + i / 700); }},
+        {"powers of two", 40, 64, 3000, true,
+         [](std::mt19937_64& r, idx i) { return i == 0 ? 1.0 : std::ldexp(r() % 2 ? 1.0 : -1.0, -int(r() % 30)); }},
+        {"uniform, zeros, subnormals", 20, 20000, 60000, true,
+         [](std::mt19937_64& r, idx) { return r() % 64 == 0 ? (r() % 2 ? 0.0 : 4e-320) : u(r); }},
+    };
+    const double mags[] = {1, 1e-300, 1e300, 1e-310};
     std::mt19937_64 g(77);
-    std::uniform_real_distribution<double> u(-1, 1);
-    std::uniform_int_distribution<int> kind(0, 9);
-    const double special[] = {0.0, -0.0, NAN, INFINITY, -INFINITY, 1e300, 1e-310};
     for (auto [path, f] : OT_R(dnrm2).paths())
-        for (int trial = 0; trial < 300; ++trial) {
-            const idx n = 8 + trial % 57;
-            std::vector<double> v(static_cast<std::size_t>(n));
-            for (auto& e : v) e = kind(g) < 8 ? u(g) : special[g() % 7];
-            const idx one = 1;
-            const double got = f(&n, v.data(), &one), want = scaled_norm(v);
-            EXPECT_TRUE(std::isnan(want) ? std::isnan(got) : same(got, want)) << path << " trial " << trial;
-        }
+        for (const family& fam : families)
+            for (idx trial = 0; trial < fam.trials; ++trial) {
+                const idx n = fam.n_min + idx(g() % std::uint64_t(fam.n_span)), one = 1;
+                const double m = fam.scaled ? mags[trial % 4] : 1;
+                std::vector<double> v(static_cast<std::size_t>(n));
+                for (idx i = 0; i < n; ++i) v[std::size_t(i)] = fam.value(g, i) * m;
+                const double got = f(&n, v.data(), &one), want = scaled_norm(v);
+                EXPECT_TRUE(std::isnan(want) ? std::isnan(got) : same(got, want))
+                    << path << " " << fam.name << " trial " << trial << " n=" << n << ": " << got << " vs " << want;
+            }
 }
 
 TYPED_TEST(Reduction, Nrm2EdgeCases) {

@@ -18,8 +18,9 @@ namespace ork::inner {
 
 using sse2::simd;
 
-// The index searches' vectors: 32 bytes where the generation has them. Their
-// result is an index, the same whatever the width of the blocks' scans.
+// The vectors of the index searches and of the sum of squares: 32 bytes where
+// the generation has them. Their results (an index; the recurrence's bits) are
+// the same whatever the width of the blocks' scans.
 #if ORK_GENERATION >= 1
 template <class R> using search_vectors = ork::simd::avx2<R>;
 #else
@@ -197,17 +198,19 @@ idx iamax(idx n, const float* x, bool want_max) {
     return want_max ? extreme_index<float, true>(n, x) : extreme_index<float, false>(n, x);
 }
 
-// ---- the scaled sum of squares. Runs of 8 in which no |x_i| exceeds a
-// positive scale take the else branch of the recurrence for every element:
-// their quotients are formed two per divpd (the same rounding as divsd),
-// squared, and added to ssq one by one in order. A zero there adds +0 to
-// ssq >= 1 (or NaN, or inf), which changes nothing, just as skipping it.
-void scaled_ssq(idx n, const double* x, double& scale_io, double& ssq_io) {
+// ---- the scaled sum of squares, with the recurrence's operations
+// (blas::ssq_step) and their bits.
+namespace {
+
+// The recurrence over [i, end): runs of 8 in which no |x_i| exceeds a
+// positive scale take the else branch for every element; their quotients are
+// formed two per divpd (the same rounding as divsd), squared, and added to
+// ssq one by one in order. A zero there adds +0 to ssq >= 1 (or NaN, or inf),
+// which changes nothing, just as skipping it.
+void ordered_ssq(const double* x, idx i, idx end, double& scale, double& ssq) {
     const __m128d sign = _mm_set1_pd(-0.0);
-    double scale = scale_io, ssq = ssq_io;
-    idx i = 0;
-    while (i < n) {
-        if (scale > 0 && n - i >= 8) {
+    while (i < end) {
+        if (scale > 0 && end - i >= 8) {
             __m128d a0 = _mm_andnot_pd(sign, _mm_loadu_pd(x + i)), a1 = _mm_andnot_pd(sign, _mm_loadu_pd(x + i + 2));
             __m128d a2 = _mm_andnot_pd(sign, _mm_loadu_pd(x + i + 4)), a3 = _mm_andnot_pd(sign, _mm_loadu_pd(x + i + 6));
             const __m128d s = _mm_set1_pd(scale);
@@ -224,7 +227,77 @@ void scaled_ssq(idx n, const double* x, double& scale_io, double& ssq_io) {
                 continue;
             }
         }
-        for (idx end = n - i >= 8 ? i + 8 : n; i < end; ++i) blas::ssq_step(x[i], scale, ssq);
+        for (idx stop = end - i >= 8 ? i + 8 : end; i < stop; ++i) blas::ssq_step(x[i], scale, ssq);
+    }
+}
+
+// The lower end 2^e of the binade [2^e, 2^(e+1)) of a positive normal v.
+double binade(double v) {
+    std::uint64_t b;
+    __builtin_memcpy(&b, &v, sizeof b);
+    b &= 0xfff0000000000000u;
+    __builtin_memcpy(&v, &b, sizeof v);
+    return v;
+}
+
+}  // namespace
+
+// Blocks of 32 with no |x_i| above a positive scale add t_i = (|x_i|/scale)^2
+// to ssq in order, the only dependent chain of the recurrence. While ssq
+// stays in one binade [C, 2C) every value it takes is a multiple of its ulp
+// u = C*2^-52, so ssq + t_i rounds to ssq + round_u(t_i), round_u(t) being
+// the multiple of u nearest t, unless t lies halfway between two (a tie,
+// which the parity of ssq breaks). So when no t_i of the block is a tie and
+// the rounded terms keep ssq below 2C, the block ends at ssq plus their sum,
+// exactly: multiples of u below 2C add without rounding in any order, and a
+// sum that reaches 2C anywhere stays there, rounding being monotonic. The
+// terms come from vectors: round_u(t) = (C + t) - C, the tie test is
+// |t - round_u(t)| == u/2 (an exact difference). A block that fails (a larger
+// element, a tie, a NaN or infinity, the step into the next binade) is redone
+// by the recurrence's adds in order, and C is taken again from the new ssq.
+void scaled_ssq(idx n, const double* x, double& scale_io, double& ssq_io) {
+    using L = search_vectors<double>;
+    using V = L::V;
+    constexpr idx block = 32, per = 4 * L::lanes;
+    static_assert(block % per == 0);
+    double scale = scale_io, ssq = ssq_io;
+    double C = 0;  // 0: not known
+    idx i = 0;
+    while (i < n) {
+        const idx end = n - i >= block ? i + block : n;
+        if (C == 0 && ssq >= 1 && ssq < 0x1p1023) C = binade(ssq);  // ssq >= 1 once scale > 0
+        if (end - i == block && scale > 0 && C > 0) {
+            const V s = L::set1(scale), c = L::set1(C), half = L::set1(C * 0x1p-53);
+            V bad = L::zero(), sum[4] = {L::zero(), L::zero(), L::zero(), L::zero()};
+            for (idx j = i; j < end; j += per) {
+#pragma GCC unroll 4
+                for (int k = 0; k < 4; ++k) {
+                    const V a = L::abs(L::loadu(x + j + k * L::lanes));
+                    const V q = L::div(a, s);
+                    const V t = L::mul(q, q);
+                    const V r = L::sub(L::add(t, c), c);
+                    bad = L::bor(bad, L::bor(L::gt(a, s), L::eq(L::abs(L::sub(t, r)), half)));
+                    sum[k] = L::add(sum[k], r);
+                }
+            }
+            if (!L::any(bad)) {
+                V v = L::add(L::add(sum[0], sum[1]), L::add(sum[2], sum[3]));
+                for (int k = 1; k < L::lanes; k *= 2) {
+                    V w = v;
+                    for (int m = 0; m < k; ++m) w = L::rotate(w);
+                    v = L::add(v, w);
+                }
+                const double next = ssq + L::first(v);
+                if (next < 2 * C) {
+                    ssq = next;
+                    i = end;
+                    continue;
+                }
+            }
+        }
+        ordered_ssq(x, i, end, scale, ssq);
+        C = 0;
+        i = end;
     }
     scale_io = scale;
     ssq_io = ssq;
