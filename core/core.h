@@ -105,17 +105,28 @@ struct reach {
 };
 bool addressable(std::size_t element_bytes, std::initializer_list<reach> dims);
 inline u128 magnitude(ork_int v) { return v < 0 ? u128(-(v + 1)) + 1 : u128(v); }
+// Sizes, steps and leading dimensions of magnitude below 2^28 reach fewer
+// than 2^57 elements of at most 32 bytes, far inside a byte offset: the
+// common shapes below answer at once for them, since the exact test's 128-bit
+// divisions cost as much as a short level-1 call.
+inline bool small_shape(ork_int a, ork_int b) {
+    constexpr ork_int limit = ork_int(1) << 28;
+    return a > -limit && a < limit && b > -limit && b < limit;
+}
 // The common shapes: an m x n matrix at leading dimension ld, a vector of n
 // elements at increment inc (either sign).
 template <class T> bool matrix_fits(ork_int m, ork_int n, ork_int ld) {
+    if (sizeof(T) <= 32 && small_shape(m, n) && small_shape(ld, 0)) return true;
     return addressable(sizeof(T), {{magnitude(m), 1}, {magnitude(n), magnitude(ld)}});
 }
 inline bool vector_fits_bytes(std::size_t element_bytes, ork_int n, ork_int inc) {
+    if (element_bytes <= 32 && small_shape(n, inc)) return true;
     return addressable(element_bytes, {{magnitude(n), magnitude(inc)}});
 }
 template <class T> bool vector_fits(ork_int n, ork_int inc) { return vector_fits_bytes(sizeof(T), n, inc); }
 // a packed triangle of order n: n(n+1)/2 elements
 template <class T> bool packed_fits(ork_int n) {
+    if (sizeof(T) <= 32 && small_shape(n, 0)) return true;
     const u128 m = magnitude(n);
     return addressable(sizeof(T), {{m * (m + 1) / 2, 1}});
 }

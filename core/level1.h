@@ -23,6 +23,7 @@ using idx = ork_int;
 constexpr idx per_thread_min = 1 << 16;
 
 inline int threads_for(idx work) {
+    if (work < 2 * per_thread_min) return 1;  // without asking for the setting
     idx k = work / per_thread_min;
     int t = max_threads();
     return k < 1 ? 1 : (k < t ? int(k) : t);
@@ -48,7 +49,7 @@ template <class R> R add(R a, R b) {
 }
 
 template <class R, class F>
-R blockwise(idx n, F partial) {
+R blockwise(idx n, const F& partial) {
     if (n < 2 * reduce_block) return partial(idx(0), n);
     const idx blocks = (n + reduce_block - 1) / reduce_block;
     auto block = [&](idx b) {
@@ -105,6 +106,7 @@ template <class K, class C>
 auto dot(const entry&, K k, const idx* n, const C* x, const idx* incx, const C* y, const idx* incy) {
     using R = decltype(k(n, x, incx, y, incy));
     const idx N = *n, ix = *incx, iy = *incy;
+    if (N < 2 * reduce_block) return k(n, x, incx, y, incy);  // one block: straight to the kernel
     return blockwise<R>(N, [&](idx i0, idx len) {
         return k(&len, sub(x, N, ix, i0, len), &ix, sub(y, N, iy, i0, len), &iy);
     });

@@ -131,8 +131,9 @@ float asum(idx n, const float* x) {
 }
 
 // ---- i?amax, i?amin. Blocks of up to 128 values (a multiple of 8 vectors)
-// are scanned with eight vector max (min) chains, enough to hide their
-// latency, and an unordered compare per two vectors. A block without NaN, met
+// are scanned with four vector max (min) chains, each taking the extreme of
+// two vectors a step (enough to hide their latency, and few enough registers
+// that none spills in 16), and an unordered compare per two vectors. A block without NaN, met
 // while the present best is not NaN, changes the result only if its extreme
 // beats the best strictly, and then at the extreme's first occurrence, exactly
 // as the element-by-element rule would. Blocks with NaN, a NaN best and the
@@ -155,25 +156,22 @@ idx extreme_index(idx n, const R* x) {
     while (n - i >= step) {
         if (best != best) { one(i++); continue; }
         const idx len = n - i >= block ? block : (n - i) / step * step;
-        V e[8];
-#pragma GCC unroll 8
-        for (int k = 0; k < 8; ++k) e[k] = L::abs(L::loadu(x + i + k * L::lanes));
-        V bad = L::unord(e[0], e[1]);
-#pragma GCC unroll 4
-        for (int k = 2; k < 8; k += 2) bad = L::bor(bad, L::unord(e[k], e[k + 1]));
-        for (idx j = i + step; j < i + len; j += step) {
+        V e[4], bad = L::zero();
+        auto scan = [&](idx j, bool first) {
             V a[8];
 #pragma GCC unroll 8
             for (int k = 0; k < 8; ++k) a[k] = L::abs(L::loadu(x + j + k * L::lanes));
 #pragma GCC unroll 4
             for (int k = 0; k < 8; k += 2) bad = L::bor(bad, L::unord(a[k], a[k + 1]));
-#pragma GCC unroll 8
-            for (int k = 0; k < 8; ++k) e[k] = pick(e[k], a[k]);
-        }
+#pragma GCC unroll 4
+            for (int k = 0; k < 4; ++k) e[k] = first ? pick(a[k], a[k + 4]) : pick(e[k], pick(a[k], a[k + 4]));
+        };
+        scan(i, true);
+        for (idx j = i + step; j < i + len; j += step) scan(j, false);
         if (L::any(bad)) {
             for (idx j = i; j < i + len; ++j) one(j);
         } else {
-            V m = pick(pick(pick(e[0], e[1]), pick(e[2], e[3])), pick(pick(e[4], e[5]), pick(e[6], e[7])));
+            V m = pick(pick(e[0], e[1]), pick(e[2], e[3]));
             for (int k = 1; k < L::lanes; ++k) m = pick(m, L::rotate(m));
             const R ext = L::first(m);
             if (Max ? ext > best : ext < best) {
@@ -240,64 +238,84 @@ double binade(double v) {
     return v;
 }
 
-}  // namespace
-
-// Blocks of 32 with no |x_i| above a positive scale add t_i = (|x_i|/scale)^2
-// to ssq in order, the only dependent chain of the recurrence. While ssq
-// stays in one binade [C, 2C) every value it takes is a multiple of its ulp
-// u = C*2^-52, so ssq + t_i rounds to ssq + round_u(t_i), round_u(t) being
-// the multiple of u nearest t, unless t lies halfway between two (a tie,
-// which the parity of ssq breaks). So when no t_i of the block is a tie and
-// the rounded terms keep ssq below 2C, the block ends at ssq plus their sum,
-// exactly: multiples of u below 2C add without rounding in any order, and a
-// sum that reaches 2C anywhere stays there, rounding being monotonic. The
-// terms come from vectors: round_u(t) = (C + t) - C, the tie test is
-// |t - round_u(t)| == u/2 (an exact difference). A block that fails (a larger
-// element, a tie, a NaN or infinity, the step into the next binade) is redone
-// by the recurrence's adds in order, and C is taken again from the new ssq.
-void scaled_ssq(idx n, const double* x, double& scale_io, double& ssq_io) {
+// A block of B with no |x_i| above a positive scale adds t_i =
+// (|x_i|/scale)^2 to ssq in order, the only dependent chain of the
+// recurrence. While ssq stays in one binade [C, 2C) every value it takes is a
+// multiple of its ulp u = C*2^-52, so ssq + t_i rounds to ssq + round_u(t_i),
+// round_u(t) being the multiple of u nearest t, unless t lies halfway between
+// two (a tie, which the parity of ssq breaks). So when no t_i of the block is
+// a tie and the rounded terms keep ssq below 2C, the block ends at ssq plus
+// their sum, exactly: multiples of u below 2C add without rounding in any
+// order, and a sum that reaches 2C anywhere stays there, rounding being
+// monotonic. The terms come from vectors: round_u(t) = (C + t) - C, and the
+// tie test is |t - round_u(t)| == u/2 (an exact difference). Answers whether
+// the block was taken (false: a larger element, a tie, a NaN or infinity, or
+// the step into the next binade; ssq is then unchanged).
+template <idx B>
+bool rounded_block(const double* x, double scale, double C, double& ssq) {
     using L = search_vectors<double>;
     using V = L::V;
-    constexpr idx block = 32, per = 4 * L::lanes;
-    static_assert(block % per == 0);
+    constexpr int vectors = B / L::lanes, sums = vectors < 4 ? vectors : 4;
+    const V s = L::set1(scale), c = L::set1(C), half = L::set1(C * 0x1p-53);
+    V bad = L::zero(), sum[sums];
+    for (auto& v : sum) v = L::zero();
+#pragma GCC unroll 8
+    for (int k = 0; k < vectors; ++k) {
+        const V a = L::abs(L::loadu(x + k * L::lanes));
+        const V q = L::div(a, s);
+        const V t = L::mul(q, q);
+        const V r = L::sub(L::add(t, c), c);
+        bad = L::bor(bad, L::bor(L::gt(a, s), L::eq(L::abs(L::sub(t, r)), half)));
+        sum[k % sums] = L::add(sum[k % sums], r);
+    }
+    if (L::any(bad)) return false;
+    V v = sum[0];
+    for (int k = 1; k < sums; ++k) v = L::add(v, sum[k]);
+    for (int k = 1; k < L::lanes; k *= 2) {
+        V w = v;
+        for (int m = 0; m < k; ++m) w = L::rotate(w);
+        v = L::add(v, w);
+    }
+    const double next = ssq + L::first(v);
+    if (!(next < 2 * C)) return false;
+    ssq = next;
+    return true;
+}
+
+}  // namespace
+
+// Blocks of 32 are taken whole where they can be (rounded_block); one that
+// cannot is tried again as runs of 8, so that a tie, a larger element or the
+// step into the next binade sends only its run of 8 to the recurrence's adds
+// in order. C, the binade of ssq, is taken again after each such run. The
+// baseline's 16-byte divisions leave it bound by the divider either way
+// (9.4 GB/s at n = 10^5 both ways, and slower at n = 1000 through the blocks
+// redone), so it keeps the adds in order.
+void scaled_ssq(idx n, const double* x, double& scale_io, double& ssq_io) {
+    constexpr idx block = 32, run = 8;
+    if (ORK_GENERATION == 0) return ordered_ssq(x, 0, n, scale_io, ssq_io);
     double scale = scale_io, ssq = ssq_io;
     double C = 0;  // 0: not known
+    auto known = [&] {
+        if (C == 0 && ssq >= 1 && ssq < 0x1p1023) C = binade(ssq);  // ssq >= 1 once scale > 0
+        return scale > 0 && C > 0;
+    };
     idx i = 0;
     while (i < n) {
-        const idx end = n - i >= block ? i + block : n;
-        if (C == 0 && ssq >= 1 && ssq < 0x1p1023) C = binade(ssq);  // ssq >= 1 once scale > 0
-        if (end - i == block && scale > 0 && C > 0) {
-            const V s = L::set1(scale), c = L::set1(C), half = L::set1(C * 0x1p-53);
-            V bad = L::zero(), sum[4] = {L::zero(), L::zero(), L::zero(), L::zero()};
-            for (idx j = i; j < end; j += per) {
-#pragma GCC unroll 4
-                for (int k = 0; k < 4; ++k) {
-                    const V a = L::abs(L::loadu(x + j + k * L::lanes));
-                    const V q = L::div(a, s);
-                    const V t = L::mul(q, q);
-                    const V r = L::sub(L::add(t, c), c);
-                    bad = L::bor(bad, L::bor(L::gt(a, s), L::eq(L::abs(L::sub(t, r)), half)));
-                    sum[k] = L::add(sum[k], r);
-                }
-            }
-            if (!L::any(bad)) {
-                V v = L::add(L::add(sum[0], sum[1]), L::add(sum[2], sum[3]));
-                for (int k = 1; k < L::lanes; k *= 2) {
-                    V w = v;
-                    for (int m = 0; m < k; ++m) w = L::rotate(w);
-                    v = L::add(v, w);
-                }
-                const double next = ssq + L::first(v);
-                if (next < 2 * C) {
-                    ssq = next;
-                    i = end;
-                    continue;
-                }
-            }
+        if (n - i >= block && known() && rounded_block<block>(x + i, scale, C, ssq)) {
+            i += block;
+            continue;
         }
-        ordered_ssq(x, i, end, scale, ssq);
-        C = 0;
-        i = end;
+        for (const idx end = n - i >= block ? i + block : n; i < end;) {
+            if (end - i >= run && known() && rounded_block<run>(x + i, scale, C, ssq)) {
+                i += run;
+                continue;
+            }
+            const idx stop = end - i >= run ? i + run : end;
+            ordered_ssq(x, i, stop, scale, ssq);
+            C = 0;
+            i = stop;
+        }
     }
     scale_io = scale;
     ssq_io = ssq;
