@@ -205,8 +205,9 @@ namespace {
 // formed two per divpd (the same rounding as divsd), squared, and added to
 // ssq one by one in order. A zero there adds +0 to ssq >= 1 (or NaN, or inf),
 // which changes nothing, just as skipping it.
-void ordered_ssq(const double* x, idx i, idx end, double& scale, double& ssq) {
+void ordered_ssq(const double* x, idx i, idx end, double& scale_io, double& ssq_io) {
     const __m128d sign = _mm_set1_pd(-0.0);
+    double scale = scale_io, ssq = ssq_io;  // in registers: x may alias the references
     while (i < end) {
         if (scale > 0 && end - i >= 8) {
             __m128d a0 = _mm_andnot_pd(sign, _mm_loadu_pd(x + i)), a1 = _mm_andnot_pd(sign, _mm_loadu_pd(x + i + 2));
@@ -227,6 +228,8 @@ void ordered_ssq(const double* x, idx i, idx end, double& scale, double& ssq) {
         }
         for (idx stop = end - i >= 8 ? i + 8 : end; i < stop; ++i) blas::ssq_step(x[i], scale, ssq);
     }
+    scale_io = scale;
+    ssq_io = ssq;
 }
 
 // The lower end 2^e of the binade [2^e, 2^(e+1)) of a positive normal v.
@@ -287,12 +290,16 @@ bool rounded_block(const double* x, double scale, double C, double& ssq) {
 // Blocks of 32 are taken whole where they can be (rounded_block); one that
 // cannot is tried again as runs of 8, so that a tie, a larger element or the
 // step into the next binade sends only its run of 8 to the recurrence's adds
-// in order. C, the binade of ssq, is taken again after each such run. The
+// in order. C, the binade of ssq, is taken again after each such run. While
+// ssq < 64 ties are frequent (a square near the scale has few bits below the
+// ulp of ssq), so blocks of 32 are tried only from there on (6% at n = 1000
+// on Zen 4). The
 // baseline's 16-byte divisions leave it bound by the divider either way
 // (9.4 GB/s at n = 10^5 both ways, and slower at n = 1000 through the blocks
 // redone), so it keeps the adds in order.
 void scaled_ssq(idx n, const double* x, double& scale_io, double& ssq_io) {
     constexpr idx block = 32, run = 8;
+    constexpr double whole_from = 64;
     if (ORK_GENERATION == 0) return ordered_ssq(x, 0, n, scale_io, ssq_io);
     double scale = scale_io, ssq = ssq_io;
     double C = 0;  // 0: not known
@@ -302,7 +309,7 @@ void scaled_ssq(idx n, const double* x, double& scale_io, double& ssq_io) {
     };
     idx i = 0;
     while (i < n) {
-        if (n - i >= block && known() && rounded_block<block>(x + i, scale, C, ssq)) {
+        if (n - i >= block && known() && C >= whole_from && rounded_block<block>(x + i, scale, C, ssq)) {
             i += block;
             continue;
         }
