@@ -23,7 +23,6 @@ struct loaded {
 
 loaded state;
 std::once_flag once;
-std::atomic<bool> ready{false};
 
 // Prints a numbered message to standard error; the values are passed as they
 // are, so that each conversion of the text gets the type it expects.
@@ -92,7 +91,7 @@ void load() {
     if (requested && *requested) {
         tried.push_back(requested);
         if (try_load(requested)) {
-            ready.store(true, std::memory_order_release);
+            ork::core::loaded_kernels.store(&state.table, std::memory_order_release);
             return;
         }
         refused = true;
@@ -108,7 +107,7 @@ void load() {
             continue;
         }
         if (refused) report(8, path.c_str());
-        ready.store(true, std::memory_order_release);
+        ork::core::loaded_kernels.store(&state.table, std::memory_order_release);
         return;
     }
     std::string list;
@@ -125,8 +124,10 @@ ORK_CORE_API int ork_init(void) {
 }
 
 namespace ork::core {
-const kernel_table& kernels() {
-    if (!ready.load(std::memory_order_acquire) && ork_init() != 0) std::abort();
+std::atomic<const kernel_table*> loaded_kernels{nullptr};
+
+const kernel_table& load_kernels() {
+    if (ork_init() != 0) std::abort();
     return state.table;
 }
 }  // namespace ork::core
