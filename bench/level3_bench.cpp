@@ -1,13 +1,13 @@
 // Speed of libork's level-3 routines besides gemm against OpenBLAS, in one
 // process and on the same matrices: dtrsm and dtrmm (side L, lower, no
-// transpose, non-unit), dsyrk (lower, no transpose) and dsymm (side L,
-// lower) at orders 256, 1000 and 2000 (m = n = k), one thread, and two
-// threads at 2000.
+// transpose, non-unit), dsyrk, dsyr2k and zherk (lower, no transpose) and
+// dsymm (side L, lower) at orders 256, 1000 and 2000 (m = n = k), one
+// thread, and two threads at 2000.
 //
 // Names are <routine>/<lib>/<n>[/threads:<t>], lib being "ork" or
 // "openblas", so that bench/compare.py can pair them. Each result carries
-// the counter GFLOPS (n^3 for trsm, trmm and syrk, 2n^3 for symm, per second
-// of wall-clock time) and "flop". The solve and the multiply overwrite B, so
+// the counter GFLOPS (n^3 for trsm, trmm and syrk, 2n^3 for syr2k and symm,
+// 4n^3 for zherk, per second of wall-clock time) and "flop". The solve and the multiply overwrite B, so
 // B is restored before every call, outside the timing. OpenBLAS is loaded
 // with dlopen and reads OPENBLAS_CORETYPE when it is loaded.
 #include <benchmark/benchmark.h>
@@ -37,21 +37,28 @@ using ob_trxm_fn = void (*)(const char*, const char*, const char*, const char*, 
                             const double*, const int*, double*, const int*);
 using ob_syrk_fn = void (*)(const char*, const char*, const int*, const int*, const double*, const double*,
                             const int*, const double*, double*, const int*);
+using ob_syr2k_fn = void (*)(const char*, const char*, const int*, const int*, const double*, const double*,
+                             const int*, const double*, const int*, const double*, double*, const int*);
+using ob_herk_fn = void (*)(const char*, const char*, const int*, const int*, const double*, const ork_complex16*,
+                            const int*, const double*, ork_complex16*, const int*);
 using ob_symm_fn = void (*)(const char*, const char*, const int*, const int*, const double*, const double*,
                             const int*, const double*, const int*, const double*, double*, const int*);
 
 struct openblas_api : ork_bench::openblas_peer {
     ob_trxm_fn dtrsm = nullptr, dtrmm = nullptr;
     ob_syrk_fn dsyrk = nullptr;
+    ob_syr2k_fn dsyr2k = nullptr;
+    ob_herk_fn zherk = nullptr;
     ob_symm_fn dsymm = nullptr;
 };
 openblas_api ob;
 
 // ---- the matrices: A lower triangular and diagonally dominant (the solve
 // is well conditioned), B and C uniform in [-1, 1), from a fixed start;
-// `b0` keeps B for the restores.
+// `b0` keeps B for the restores; Z and its output W complex, for zherk.
 struct operands {
     std::vector<double> a, b, b0, c;
+    std::vector<ork_complex16> z, w;
 } data;
 
 void make_operands() {
@@ -65,13 +72,21 @@ void make_operands() {
     for (auto& v : data.b0) v = u(g);
     data.b = data.b0;
     data.c.assign(n * n, 0.0);
+    data.z.resize(n * n);
+    for (auto& v : data.z) v = {u(g), u(g)};
+    data.w.assign(n * n, {0.0, 0.0});
 }
 
-enum class routine { trsm, trmm, syrk, symm };
+enum class routine { trsm, trmm, syrk, syr2k, herk, symm };
 const char* name_of(routine r) {
-    return r == routine::trsm ? "dtrsm" : r == routine::trmm ? "dtrmm" : r == routine::syrk ? "dsyrk" : "dsymm";
+    constexpr const char* names[] = {"dtrsm", "dtrmm", "dsyrk", "dsyr2k", "zherk", "dsymm"};
+    return names[int(r)];
 }
-double flops(routine r, idx n) { return (r == routine::symm ? 2.0 : 1.0) * double(n) * double(n) * double(n); }
+double flops(routine r, idx n) {
+    const double f = r == routine::herk ? 4.0 : r == routine::symm || r == routine::syr2k ? 2.0 : 1.0;
+    return f * double(n) * double(n) * double(n);
+}
+bool is_update(routine r) { return r == routine::syrk || r == routine::syr2k || r == routine::herk; }
 bool overwrites_b(routine r) { return r == routine::trsm || r == routine::trmm; }
 
 // One call of order n (leading dimension max_order throughout).
@@ -84,6 +99,8 @@ void call(lib l, routine r, idx n, double* b, double* c) {
         case routine::trsm: return ork_blas_dtrsm("L", "L", "N", "N", &n, &n, &one, a, &ld, b, &ld);
         case routine::trmm: return ork_blas_dtrmm("L", "L", "N", "N", &n, &n, &one, a, &ld, b, &ld);
         case routine::syrk: return ork_blas_dsyrk("L", "N", &n, &n, &one, b, &ld, &zero, c, &ld);
+        case routine::syr2k: return ork_blas_dsyr2k("L", "N", &n, &n, &one, b, &ld, a, &ld, &zero, c, &ld);
+        case routine::herk: return ork_blas_zherk("L", "N", &n, &n, &one, data.z.data(), &ld, &zero, data.w.data(), &ld);
         case routine::symm: return ork_blas_dsymm("L", "L", &n, &n, &one, a, &ld, b, &ld, &zero, c, &ld);
         }
     } else {
@@ -92,6 +109,8 @@ void call(lib l, routine r, idx n, double* b, double* c) {
         case routine::trsm: return ob.dtrsm("L", "L", "N", "N", &m, &m, &one, a, &ld, b, &ld);
         case routine::trmm: return ob.dtrmm("L", "L", "N", "N", &m, &m, &one, a, &ld, b, &ld);
         case routine::syrk: return ob.dsyrk("L", "N", &m, &m, &one, b, &ld, &zero, c, &ld);
+        case routine::syr2k: return ob.dsyr2k("L", "N", &m, &m, &one, b, &ld, a, &ld, &zero, c, &ld);
+        case routine::herk: return ob.zherk("L", "N", &m, &m, &one, data.z.data(), &ld, &zero, data.w.data(), &ld);
         case routine::symm: return ob.dsymm("L", "L", &m, &m, &one, a, &ld, b, &ld, &zero, c, &ld);
         }
     }
@@ -141,11 +160,16 @@ bool agree(routine r) {
         if (l == lib::openblas && !ob.handle) continue;
         restore_b(n);
         std::fill(data.c.begin(), data.c.end(), std::nan(""));
+        std::fill(data.w.begin(), data.w.end(), ork_complex16{std::nan(""), std::nan("")});
         call(l, r, n, data.b.data(), data.c.data());
         const auto& src = overwrites_b(r) ? data.b : data.c;
         auto& o = out[l == lib::ork ? 0 : 1];
         for (idx j = 0; j < n; ++j)
-            for (idx i = r == routine::syrk ? j : 0; i < n; ++i) o.push_back(src[std::size_t(i + j * max_order)]);
+            for (idx i = is_update(r) ? j : 0; i < n; ++i) {
+                const std::size_t e = std::size_t(i + j * max_order);
+                if (r == routine::herk) o.insert(o.end(), {data.w[e].re, data.w[e].im});
+                else o.push_back(src[e]);
+            }
     }
     restore_b(max_order);
     if (!ob.handle) return true;
@@ -167,7 +191,7 @@ int main(int argc, char** argv) {
     make_operands();
     ob.open(ob, [](openblas_api& o) {
         return o.bind("dtrsm_", o.dtrsm) && o.bind("dtrmm_", o.dtrmm) && o.bind("dsyrk_", o.dsyrk) &&
-               o.bind("dsymm_", o.dsymm);
+               o.bind("dsyr2k_", o.dsyr2k) && o.bind("zherk_", o.zherk) && o.bind("dsymm_", o.dsymm);
     });
     ob.describe("ork-bench-level3");
     if (ob.handle) {
@@ -177,9 +201,10 @@ int main(int argc, char** argv) {
         ork_set_num_threads(1);
     }
     bool ok = true;
-    for (routine r : {routine::trsm, routine::trmm, routine::syrk, routine::symm}) ok = agree(r) && ok;
+    for (routine r : {routine::trsm, routine::trmm, routine::syrk, routine::syr2k, routine::herk, routine::symm})
+        ok = agree(r) && ok;
     if (!ok) return 1;
-    for (routine r : {routine::trsm, routine::syrk, routine::symm, routine::trmm}) {
+    for (routine r : {routine::trsm, routine::syrk, routine::syr2k, routine::herk, routine::symm, routine::trmm}) {
         for (idx n : orders) register_pair(r, n, 1);
         register_pair(r, max_order, 2);
     }
