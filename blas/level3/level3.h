@@ -442,6 +442,132 @@ struct rank_update {
     }
 };
 
+// The triangle (lower or upper) of C, order n, += alpha*op(X)*op(Y)' on the
+// gemm engine's packed kernel, for the generations whose packed kernel also
+// takes the rows below the last whole group (gemm::group_leftovers). Per
+// column block and depth block of the engine, op(Y)' is packed once for the
+// whole block and alpha*op(X) once per row block; each row block meets only
+// the panels that touch the triangle: panels wholly inside it straight into
+// C (one call for the panels every group of the block shares, then group by
+// group up to the diagonal), panels crossing the diagonal into a buffer
+// added to the stored elements only. The rows short of a whole group (the
+// first for the lower triangle, the last for the upper, where they meet the
+// fewest columns) are packed with zero rows below them and go through the
+// buffer too. The last n mod q columns take one gemv each, as the
+// engine takes them. Every element so gets the engine's operations for the
+// same product (per depth block a sum from zero in the kernel's arithmetic,
+// added to C), whatever part of the triangle, or of a split over threads,
+// it lies in.
+template <class T, class E = gemm::engine<T>>
+struct packed_triangle {
+    static constexpr idx ra = gemm::shape<T>::ra, pw = gemm::shape<T>::widths[0], cols = gemm::leftover_cols<T>;
+    bool lower;
+    idx n, k;
+    T* c;
+    idx ldc;
+    idx np = n - n % gemm::shape<T>::q, nb = E::nb(np), mb = E::mb(n, np, k) - E::mb(n, np, k) % ra;
+    gemm::workspace<T> ws = E::take(n, np, k);
+    T* room = take<T>(ra * cols);  // one group's rows of C over the crossing panels
+
+    ~packed_triangle() {
+        gemm::release(ws);
+        ork_serv_deallocate(room);
+    }
+    // Rows r .. r+hr-1 (hr <= ra) of C over the panels from column x0 to x1
+    // (both on panel boundaries of the block at j0) through the buffer, which
+    // starts at zero and is added to the stored elements: the same bits as
+    // the kernel adding its sums to C itself, since a sum that starts at +0
+    // is never -0 (so 0 + sum is the sum) and C + sum keeps its order.
+    void through_room(const T* pg, idx r, idx hr, idx x0, idx x1, idx kkr, const T* pb, idx j0) const {
+        for (idx c0 = x0; c0 < x1; c0 += cols) {
+            const idx wc = x1 - c0 < cols ? x1 - c0 : cols;
+            for (idx e = 0; e < ra * wc; ++e) room[e] = zero<T>();
+            gemm::inner::multiply_block(ra, wc, kkr, pg, pb + (c0 - j0) * kkr, room, ra, ws.scratch);
+            for (idx j = 0; j < wc; ++j) {
+                T* cj = c + r + (c0 + j) * ldc;
+                const idx i0 = lower ? (c0 + j > r ? c0 + j - r : 0) : 0;
+                const idx i1 = lower ? hr : (c0 + j + 1 - r < hr ? c0 + j + 1 - r : hr);
+                for (idx i = i0; i < i1; ++i) cj[i] = cj[i] + room[i + j * ra];
+            }
+        }
+    }
+    // Rows i0 .. i0+h-1 (packed at ws.a, the first hp in whole groups)
+    // against the packed columns j0 .. j1-1.
+    void row_block(idx i0, idx h, idx hp, idx kkr, idx j0, idx j1) const {
+        auto clip = [&](idx x) { return x < j0 ? j0 : x > j1 ? j1 : x; };
+        auto floor_p = [&](idx x) { return j0 + (clip(x) - j0) / pw * pw; };  // start of the panel holding x
+        auto ceil_p = [&](idx x) { return clip(j0 + (clip(x) - j0 + pw - 1) / pw * pw); };  // first boundary from x on
+        auto direct = [&](const T* pa, idx rows, idx r, idx x0, idx x1) {
+            if (x1 > x0) gemm::inner::multiply_block(rows, x1 - x0, kkr, pa, ws.b + (x0 - j0) * kkr, c + r + x0 * ldc, ldc, ws.scratch);
+        };
+        // the panels all whole groups of the block lie beside
+        const idx shared = hp == 0 ? (lower ? j0 : j1) : lower ? floor_p(i0 + 1) : ceil_p(i0 + hp - 1);
+        if (lower) direct(ws.a, hp, i0, j0, shared);
+        else direct(ws.a, hp, i0, shared, j1);
+        for (idx g = 0; g * ra < h; ++g) {
+            const idx r = i0 + g * ra, hr = h - g * ra < ra ? h - g * ra : ra;
+            const T* pg = ws.a + g * ra * kkr;
+            if (lower) {
+                const idx inside = hr == ra ? floor_p(r + 1) : j0;
+                direct(pg, ra, r, shared, inside);
+                through_room(pg, r, hr, inside, ceil_p(r + hr), kkr, ws.b, j0);
+            } else {
+                const idx inside = hr == ra ? ceil_p(r + hr - 1) : j1;
+                through_room(pg, r, hr, floor_p(r), inside, kkr, ws.b, j0);
+                direct(pg, ra, r, inside, shared);
+            }
+        }
+    }
+    // C += alpha*op(X)*op(Y)' on the triangle.
+    void add(char tx, char ty, T alpha, const T* x, idx ldx, const T* y, idx ldy) const {
+        for (idx j0 = 0; j0 < np; j0 += nb) {
+            const idx j1 = np - j0 < nb ? np : j0 + nb;
+            const idx r_begin = lower ? j0 : 0, r_end = lower ? n : j1;  // the rows meeting these columns
+            E::depth_blocks(k, [&](idx k0, idx kk) {
+                const idx kkr = gemm::round_up4(kk);
+                gemm::pack_b(ty, kk, j1 - j0, op_ptr(ty, y, ldy, k0, j0), ldy, ws.b);
+                // a short group goes where it meets the fewest columns: first
+                // for the lower triangle, last for the upper
+                const idx first = lower && (r_end - r_begin) % ra ? (r_end - r_begin) % ra : mb;
+                for (idx i0 = r_begin; i0 < r_end; i0 += i0 == r_begin ? first : mb) {
+                    const idx want = i0 == r_begin ? first : mb, h = r_end - i0 < want ? r_end - i0 : want;
+                    const idx hp = gemm::pack_a(tx, h, kk, op_ptr(tx, x, ldx, i0, k0), ldx, ws.a, alpha);
+                    if (hp < h) {  // the short group, zero rows below
+                        T* d = ws.a + hp * kkr;
+                        for (idx l = 0; l < kkr; ++l)
+                            for (idx i = 0; i < ra; ++i)
+                                d[i + l * ra] = hp + i < h && l < kk ? alpha * op_at(tx, x, ldx, i0 + hp + i, k0 + l) : zero<T>();
+                    }
+                    row_block(i0, h, hp, kkr, j0, j1);
+                }
+            });
+        }
+        for (idx j = np; j < n; ++j) {
+            const idx lo = lower ? j : 0, hi = lower ? n : j + 1;
+            gemm::last_columns(tx, ty, hi - lo, idx(1), k, alpha, op_ptr(tx, x, ldx, lo, idx(0)), ldx,
+                               op_ptr(ty, y, ldy, idx(0), j), ldy, c + lo + j * ldc, ldc);
+        }
+    }
+};
+
+// The update by packed_triangle: beta first, as the engine applies it
+// (0 stores zeros), then each product over the whole depth.
+template <class T, bool herm>
+void rank_packed(bool lower, bool nt, bool two, idx n, idx k, T alpha, T alpha2, const T* a, idx lda, const T* b,
+                 idx ldb, T beta, T* c, idx ldc) {
+    const packed_triangle<T> p{lower, n, k, c, ldc};
+    if (!(beta == one<T>()))
+        for (idx j = 0; j < n; ++j) {
+            const idx lo = lower ? j : 0, hi = lower ? n : j + 1;
+            gemm::scalm(hi - lo, idx(1), beta, c + lo + j * ldc, ldc);
+        }
+    const char tr = herm ? 'C' : 'T', tx = nt ? 'N' : tr, ty = nt ? tr : 'N';
+    p.add(tx, ty, alpha, a, lda, two ? b : a, two ? ldb : lda);
+    if (two) p.add(tx, ty, alpha2, b, ldb, a, lda);
+    if constexpr (herm)
+        for (idx j = 0; j < n; ++j) c[j + j * ldc].im = 0;
+}
+
 template <class T, bool herm, class B>
 void rank(bool lower, char trans, idx n, idx k, T alpha, const T* a, idx lda, const T* b, idx ldb, B beta, T* c,
           idx ldc) {
@@ -455,6 +581,11 @@ void rank(bool lower, char trans, idx n, idx k, T alpha, const T* a, idx lda, co
             gemm::scalm(rn, jb, as_element<T>(beta), c + r0 + j0 * ldc, ldc);
         }
         return;
+    }
+    if constexpr (gemm::group_leftovers<T>()) {
+        if (k >= gemm::engine<T>::small_below)
+            return rank_packed<T, herm>(lower, trans == 'N', b != nullptr, n, k, alpha, herm ? conj(alpha) : alpha, a,
+                                        lda, b, ldb, as_element<T>(beta), c, ldc);
     }
     const rank_update<T, herm, B> u{lower, trans == 'N', b != nullptr, k, alpha, herm ? conj(alpha) : alpha,
                                     as_element<T>(beta), beta, a, b, lda, ldb, take<T>(rank_block * rank_block)};
