@@ -583,7 +583,7 @@ void rank(bool lower, char trans, idx n, idx k, T alpha, const T* a, idx lda, co
         return;
     }
     if constexpr (gemm::group_leftovers<T>()) {
-        if (k >= gemm::engine<T>::small_below)
+        if (k >= gemm::engine<T>::small_below && n >= gemm::engine<T>::small_below)
             return rank_packed<T, herm>(lower, trans == 'N', b != nullptr, n, k, alpha, herm ? conj(alpha) : alpha, a,
                                         lda, b, ldb, as_element<T>(beta), c, ldc);
     }

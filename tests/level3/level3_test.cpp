@@ -15,7 +15,7 @@ template <class T> struct l3;
 #define OT_L3(p, T)                                                                                      \
     template <> struct l3<T> {                                                                           \
         static constexpr auto symm = OT_R(p##symm), syrk = OT_R(p##syrk), syr2k = OT_R(p##syr2k);         \
-        static constexpr auto trmm = OT_R(p##trmm), trsm = OT_R(p##trsm);                                \
+        static constexpr auto trmm = OT_R(p##trmm), trsm = OT_R(p##trsm), gemm = OT_R(p##gemm);          \
     };
 OT_L3(s, float)
 OT_L3(d, double)
@@ -262,6 +262,67 @@ template <class T, bool solve> void triangular() {
 }
 TYPED_TEST(Level3, TriangularMultiply) { triangular<TypeParam, false>(); }
 TYPED_TEST(Level3, TriangularSolve) { triangular<TypeParam, true>(); }
+
+// ---- on the generations whose packed kernel takes every row (all but the
+// baseline), each stored element of an update has the bits of the kernel
+// library's general product of the same operands: one gemm (rank k), or two,
+// the second with beta 1 (rank 2k); Hermitian diagonals real; the other
+// triangle untouched.
+// Orders with several row blocks, rows short of a whole group and a last
+// column left to gemv; depths of one and several blocks; 1 and 2 threads.
+TYPED_TEST(Level3, UpdatesHaveTheProductsBits) {
+    using T = TypeParam;
+    if (ork_kernel_generation() == 0) GTEST_SKIP() << "the baseline sums its diagonal blocks apart";
+    struct update { const char* uplo; char op; idx n, k; bool two, herm; };
+    const update cases[] = {{"L", 'N', 203, 300, false, false}, {"U", 'T', 341, 70, true, false},
+                            {"U", 'N', 9, 9, false, false},     {"L", 'T', 130, 40, true, false},
+                            {"L", 'C', 203, 70, true, true},    {"U", 'N', 341, 300, false, true}};
+    std::mt19937_64 g(15);
+    for (const update& u : cases) {
+        if (u.herm && !is_cx<T>) continue;
+        const char tr[2] = {u.op, 0}, other = u.herm ? 'C' : 'T';
+        const char ta[2] = {u.op == 'N' ? 'N' : u.op, 0}, tb[2] = {u.op == 'N' ? other : 'N', 0};
+        const idx n = u.n, k = u.k, rows = u.op == 'N' ? n : k, cols = u.op == 'N' ? k : n;
+        const gmat<T> A = random_mat<T>(rows, cols, g), B = random_mat<T>(rows, cols, g);
+        const gmat<T> C0 = random_mat<T>(n, n, g);
+        const T alpha = make<T>(u.herm && !u.two ? 0.75 : -0.75, u.herm && !u.two ? 0 : 0.5);
+        const T beta = make<T>(1.5, u.herm ? 0 : -0.25), one_t = make<T>(1);
+        gmat<T> G = copy_of(C0);
+        const auto driver = l3<T>::gemm.paths()[1].second;  // as libork's threads call it beside their slabs
+        driver(ta, tb, &n, &n, &k, &alpha, A.p(), &A.ld, (u.two ? B : A).p(), &A.ld, &beta, G.p(), &G.ld);
+        if (u.two) {
+            const T alpha2 = u.herm ? conj(alpha) : alpha;
+            driver(ta, tb, &n, &n, &k, &alpha2, B.p(), &B.ld, A.p(), &A.ld, &one_t, G.p(), &G.ld);
+        }
+        for (int threads : {1, 2}) {
+            SCOPED_TRACE(::testing::Message() << u.uplo << tr << " n=" << n << " k=" << k << (u.two ? " rank 2k" : "")
+                                              << (u.herm ? " Hermitian" : "") << " at " << threads << " threads");
+            threads_scope scope(threads);
+            gmat<T> C = copy_of(C0);
+            if constexpr (is_cx<T>) {
+                if (u.herm) {
+                    const real_t<T> rb = re(beta), ra = re(alpha);
+                    if (u.two) l3h<T>::her2k.lib(u.uplo, tr, &n, &k, &alpha, A.p(), &A.ld, B.p(), &B.ld, &rb, C.p(), &C.ld);
+                    else l3h<T>::herk.lib(u.uplo, tr, &n, &k, &ra, A.p(), &A.ld, &rb, C.p(), &C.ld);
+                }
+            }
+            if (!u.herm) {
+                if (u.two) l3<T>::syr2k.lib(u.uplo, tr, &n, &k, &alpha, A.p(), &A.ld, B.p(), &B.ld, &beta, C.p(), &C.ld);
+                else l3<T>::syrk.lib(u.uplo, tr, &n, &k, &alpha, A.p(), &A.ld, &beta, C.p(), &C.ld);
+            }
+            idx wrong = 0, first_i = -1, first_j = -1;
+            for (idx j = 0; j < n; ++j)
+                for (idx i = 0; i < n; ++i) {
+                    const bool stored = *u.uplo == 'L' ? i >= j : i <= j;
+                    bool ok = same(C.at(i, j), stored ? G.at(i, j) : C0.at(i, j));
+                    if constexpr (is_cx<T>)
+                        if (u.herm && i == j) ok = same(C.at(i, j), make<T>(ld(G.at(i, j)).real(), 0));
+                    if (!ok && wrong++ == 0) first_i = i, first_j = j;
+                }
+            EXPECT_EQ(wrong, 0) << "first at (" << first_i << ", " << first_j << ")";
+        }
+    }
+}
 
 // ---- the same bits at 1, 2 and 3 threads, on problems large enough to split.
 TEST(Level3Threads, ResultsIndependentOfThreadCount) {
