@@ -409,7 +409,9 @@ void merge_triangle(bool lower, idx nb, B beta, const T* w, idx nw, T* c, idx ld
 // k x n. The order is halved recursively (split at multiples of
 // rank_block): the rectangle off the diagonal through gemm with beta, each
 // diagonal block of at most rank_block through gemm into w, then merged
-// onto the triangle.
+// onto the triangle. The baseline's path (and that of every generation for
+// a depth or order below the engine's small_below); the others take
+// packed_triangle below.
 template <class T, bool herm, class B>
 struct rank_update {
     bool lower, nt, two;
@@ -491,30 +493,43 @@ struct packed_triangle {
             }
         }
     }
-    // Rows i0 .. i0+h-1 (packed at ws.a, the first hp in whole groups)
-    // against the packed columns j0 .. j1-1.
+    // Rows i0 .. i0+h-1 (packed at ws.a, the first hp in whole groups, the
+    // rest one short group) against the packed columns j0 .. j1-1. The
+    // panels beside every whole group in one call; those along the
+    // diagonal one at a time, each with the whole groups beside it in one
+    // call (the panel stays in the L1 as in the engine's nest) and each group
+    // that crosses it through the buffer.
     void row_block(idx i0, idx h, idx hp, idx kkr, idx j0, idx j1) const {
         auto clip = [&](idx x) { return x < j0 ? j0 : x > j1 ? j1 : x; };
         auto floor_p = [&](idx x) { return j0 + (clip(x) - j0) / pw * pw; };  // start of the panel holding x
         auto ceil_p = [&](idx x) { return clip(j0 + (clip(x) - j0 + pw - 1) / pw * pw); };  // first boundary from x on
-        auto direct = [&](const T* pa, idx rows, idx r, idx x0, idx x1) {
-            if (x1 > x0) gemm::inner::multiply_block(rows, x1 - x0, kkr, pa, ws.b + (x0 - j0) * kkr, c + r + x0 * ldc, ldc, ws.scratch);
+        auto direct = [&](idx g0, idx g1, idx x0, idx x1) {  // groups g0 .. g1-1
+            if (x1 > x0 && g1 > g0)
+                gemm::inner::multiply_block((g1 - g0) * ra, x1 - x0, kkr, ws.a + g0 * ra * kkr, ws.b + (x0 - j0) * kkr,
+                                            c + i0 + g0 * ra + x0 * ldc, ldc, ws.scratch);
         };
-        // the panels all whole groups of the block lie beside
-        const idx shared = hp == 0 ? (lower ? j0 : j1) : lower ? floor_p(i0 + 1) : ceil_p(i0 + hp - 1);
-        if (lower) direct(ws.a, hp, i0, j0, shared);
-        else direct(ws.a, hp, i0, shared, j1);
-        for (idx g = 0; g * ra < h; ++g) {
-            const idx r = i0 + g * ra, hr = h - g * ra < ra ? h - g * ra : ra;
-            const T* pg = ws.a + g * ra * kkr;
-            if (lower) {
-                const idx inside = hr == ra ? floor_p(r + 1) : j0;
-                direct(pg, ra, r, shared, inside);
-                through_room(pg, r, hr, inside, ceil_p(r + hr), kkr, ws.b, j0);
-            } else {
-                const idx inside = hr == ra ? ceil_p(r + hr - 1) : j1;
-                through_room(pg, r, hr, floor_p(r), inside, kkr, ws.b, j0);
-                direct(pg, ra, r, inside, shared);
+        auto crossing = [&](idx g, idx hr, idx x0, idx x1) {
+            through_room(ws.a + g * ra * kkr, i0 + g * ra, hr, x0, x1, kkr, ws.b, j0);
+        };
+        const idx groups = hp / ra;
+        if (hp < h) crossing(groups, h - hp, lower ? j0 : floor_p(i0 + hp), lower ? ceil_p(i0 + h) : j1);
+        if (groups == 0) return;
+        // the diagonal's panels: from s0 to s1
+        const idx s0 = floor_p(lower ? i0 + 1 : i0), s1 = ceil_p(lower ? i0 + hp : i0 + hp - 1);
+        if (lower) direct(0, groups, j0, s0);
+        else direct(0, groups, s1, j1);
+        for (idx p0 = s0, p1; p0 < s1; p0 = p1) {
+            p1 = ceil_p(p0 + 1);
+            if (lower) {  // beside: first row p1 - 1 or later; crossing: last row p0 or later
+                const idx beside = p1 - 1 <= i0 ? 0 : (p1 - 1 - i0 + ra - 1) / ra, from = beside < groups ? beside : groups;
+                direct(from, groups, p0, p1);
+                for (idx g = 0; g < from; ++g)
+                    if (i0 + g * ra + ra - 1 >= p0) crossing(g, ra, p0, p1);
+            } else {  // beside: last row p0 or earlier; crossing: first row p1 - 1 or earlier
+                const idx beside = p0 - i0 - ra + 1 < 0 ? 0 : (p0 - i0 - ra + 1) / ra + 1, to = beside < groups ? beside : groups;
+                direct(0, to, p0, p1);
+                for (idx g = to; g < groups; ++g)
+                    if (i0 + g * ra <= p1 - 1) crossing(g, ra, p0, p1);
             }
         }
     }
