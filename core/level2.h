@@ -4,14 +4,18 @@
 // runs the kernel of the loaded library, split over threads when the matrix
 // is large.
 //
-// Splits and their bits: gemv and gbmv (rows of y for N, its elements for T
-// and C), ger (columns) and the real syr and syr2 (column ranges through the
-// _in_thread pieces) give the single-thread bits. her and her2 split as gerc
-// on the off-diagonal block plus the kernel on the diagonal block, the same
-// operations for finite data. symv and hemv split the stored triangle into
-// column ranges, each thread adding the block beside its diagonal block to
-// two sides of y (one through a buffer): their rounding then depends on the
-// number of threads. The band and packed symmetric forms run whole.
+// Splits and their bits: within one kernel library an element gets the
+// same bits whatever the number of threads (one included, and a call run
+// alone inside a parallel region). gemv and gbmv (rows of y for N, its
+// elements for T and C), ger (columns) and the real syr and syr2 (column
+// ranges through the _in_thread pieces) give the kernel's whole bits over
+// any ranges, so they cut by the thread count. symv and hemv (the triangle's
+// column ranges, each adding the block beside its diagonal block to two
+// sides of y, one through a buffer added in order of range), her and her2
+// (gerc beside the diagonal block, the kernel on it) round by where they
+// cut: their ranges come from n alone (fixed_pieces) and run on one thread
+// too, so their bits are those of the split, not of the kernel whole. The
+// band and packed symmetric forms run whole.
 #pragma once
 
 #include <cmath>
@@ -33,6 +37,16 @@ inline int threads_for(idx work) {
     const idx k = work >> 16;
     const int t = ork::core::max_threads();
     return k < t ? int(k) : t;
+}
+
+// Pieces of a split whose bits depend on where it cuts (symv, hemv, her,
+// her2), from the size of the work alone, never from the thread count: none
+// below 2^17 elements, then one per 2^16 elements, at most 16 (enough for
+// the threads that saturate a small machine's memory; the more pieces, the
+// more calls and, for symv, buffer additions, about 8n elements at 16).
+inline int fixed_pieces(idx work) {
+    if (work < (idx(1) << 17)) return 1;
+    return (work >> 16) < 16 ? int(work >> 16) : 16;
 }
 
 // f(k0, k1) on the ranges [bound(p), bound(p + 1)) for p < pieces, on t
@@ -123,14 +137,22 @@ void gbmv(const entry&, K, const char* trans, const idx* m, const idx* n, const 
     general_mv<C>(true, trans, m, n, kl, ku, alpha, a, lda, x, incx, beta, y, incy);
 }
 
-// ---- symmetric and Hermitian products. Full storage splits the stored
-// triangle into column ranges of nearly equal area, so that each thread reads
-// its part of A once: the kernel on the diagonal block, then the block beside
-// it a few columns at a time (small enough to stay in the core's cache), once
-// transposed into the thread's own rows of y and once into a buffer of the
-// thread's own for the other rows, which the caller's thread adds to y in
-// order of thread once all have finished. Without the buffers, and for band
-// and packed storage, the kernel runs whole.
+// ---- symmetric and Hermitian products. Full storage of order n is cut
+// into fixed_pieces(n^2) column ranges of nearly equal area of the stored
+// triangle, a number from n alone: one thread or several, inside a parallel
+// region or not, compute the same sums in the same order. Piece p: the
+// kernel on its diagonal block (beta and the block's terms of its own rows
+// of y), then the block beside it a run of columns at a time (small enough
+// to stay in the core's cache), once transposed into the piece's own rows of
+// y and once into a buffer of the piece's own for the other rows. When every
+// piece has finished, the caller's thread adds the buffers to y in order of
+// piece. Without memory for the buffers the same sums go another way (see
+// symv). Below 2^17 elements, with alpha zero, and for band and packed
+// storage the kernel runs whole.
+//
+// Pieces: fixed_pieces(n^2). Piece p's block beside the diagonal then has
+// at least about 256 rows, so its runs (beside_columns) are at most 256
+// columns and the kernel's gemv takes them without workspace.
 // columns of the block beside the diagonal read while they stay in cache:
 // about half a megabyte of A, half the 1 MB second-level cache of a core of
 // the two-core AMD EPYC (Zen 4) guest on which the split was measured
@@ -144,46 +166,76 @@ template <class K, class C>
 void symv(const entry&, K kernel, const char* uplo, const idx* n, const C* alpha, const C* a, const idx* lda,
           const C* x, const idx* incx, const C* beta, C* y, const idx* incy) {
     const idx N = *n;
-    const int t = threads_for(N * N);
-    if (t <= 1) return kernel(uplo, n, alpha, a, lda, x, incx, beta, y, incy);
-    C* w = static_cast<C*>(allocate(std::size_t(N) * std::size_t(t) * sizeof(C), 64));
-    if (!w) return kernel(uplo, n, alpha, a, lda, x, incx, beta, y, incy);
+    const int P = fixed_pieces(N * N);
+    if (P <= 1 || check::is_zero(*alpha)) return kernel(uplo, n, alpha, a, lda, x, incx, beta, y, incy);
     const idx LDA = *lda, ix = *incx, iy = *incy, unit = 1;
     const bool upper = is(uplo, "U");
     const C zero{}, one = check::one<C>();
-    const auto bound = by_area(N, t, upper);
-    ork::core::parallel_for(t, t, [&](int piece) {
-        const idx j0 = bound(piece), j1 = bound(piece + 1);
-        idx len = j1 - j0;
-        if (len <= 0) return;
-        C* ys = sub(y, N, iy, j0, len);
-        const C* xs = sub(x, N, ix, j0, len);
-        kernel(uplo, &len, alpha, a + j0 + j0 * LDA, lda, xs, incx, beta, ys, incy);
-        // the stored block beside the diagonal block: rows [o0, o0 + other)
-        idx other = upper ? j0 : N - j1;
-        const idx o0 = upper ? 0 : j1, step = beside_columns(other);
-        if (other <= 0) return;
-        const C* xo = sub(x, N, ix, o0, other);
-        C* wp = w + std::size_t(N) * std::size_t(piece);
-        for (idx c0 = 0; c0 < len; c0 += step) {
-            idx cl = len - c0 < step ? len - c0 : step;
-            const C* blk = a + o0 + (j0 + c0) * LDA;
-            // y's rows of these columns from the mirrored block, then the
-            // block's own rows into the buffer
-            kern<C>::gemv()(kern<C>::trans_flag, &other, &cl, alpha, blk, lda, xo, incx, &one,
-                            sub(ys, len, iy, c0, cl), incy);
-            kern<C>::gemv()("No transpose", &other, &cl, alpha, blk, lda, sub(xs, len, ix, c0, cl), incx,
-                            c0 == 0 ? &zero : &one, wp, &unit);
+    const auto bound = by_area(N, P, upper);
+    // piece p: columns [j0, j0 + len), beside them rows [o0, o0 + other)
+    struct piece_at {
+        idx j0, len, o0, other;
+    };
+    auto at = [&](int p) {
+        const idx j0 = bound(p), j1 = bound(p + 1);
+        return piece_at{j0, j1 - j0, upper ? 0 : j1, upper ? j0 : N - j1};
+    };
+    // The block beside piece p's diagonal block, run by run of columns: with
+    // `mirrored`, transposed into the piece's own rows of y; with `out`, its
+    // rows [r0, r0 + rows) times x's part into out (zeroed by the first run).
+    auto beside = [&](const piece_at& q, bool mirrored, idx r0, idx rows, C* out) {
+        if (q.other <= 0) return;
+        const idx step = beside_columns(q.other);
+        for (idx c0 = 0; c0 < q.len; c0 += step) {
+            idx cl = q.len - c0 < step ? q.len - c0 : step;
+            const C* blk = a + q.o0 + (q.j0 + c0) * LDA;
+            if (mirrored)
+                kern<C>::gemv()(kern<C>::trans_flag, &q.other, &cl, alpha, blk, lda, sub(x, N, ix, q.o0, q.other),
+                                incx, &one, sub(y, N, iy, q.j0 + c0, cl), incy);
+            if (out)
+                kern<C>::gemv()("No transpose", &rows, &cl, alpha, blk + r0, lda, sub(x, N, ix, q.j0 + c0, cl), incx,
+                                c0 == 0 ? &zero : &one, out, &unit);
+        }
+    };
+    auto own = [&](int p, C* out) {
+        piece_at q = at(p);
+        if (q.len <= 0) return;
+        kernel(uplo, &q.len, alpha, a + q.j0 + q.j0 * LDA, lda, sub(x, N, ix, q.j0, q.len), incx, beta,
+               sub(y, N, iy, q.j0, q.len), incy);
+        beside(q, true, 0, q.other, out);
+    };
+    idx first[17] = {};  // piece p's buffer at first[p]
+    for (int p = 0; p < P; ++p) first[p + 1] = first[p] + (at(p).len > 0 ? at(p).other : 0);
+    const int t = threads_for(N * N);
+    C* w = static_cast<C*>(allocate(std::size_t(first[P]) * sizeof(C), 64));
+    if (w) {
+        parallel_for(t, P, [&](int p) { own(p, w + first[p]); });
+        for (int p = 0; p < P; ++p) {
+            piece_at q = at(p);
+            if (first[p + 1] > first[p])
+                kern<C>::axpy()(&q.other, &one, w + first[p], &unit, sub(y, N, iy, q.o0, q.other), incy);
+        }
+        return deallocate(w);
+    }
+    // No memory for the buffers: the pieces' own rows as above, then y's rows
+    // a strip at a time through the stack, each strip adding the pieces
+    // beside it in order of piece, their sums in the same runs of columns
+    // (the kernel's gemv computes a row alike wherever it lies): the same
+    // bits, for a second read of the blocks beside the diagonal.
+    parallel_for(t, P, [&](int p) { own(p, nullptr); });
+    constexpr idx strip = 256;
+    parallel_for(t, int((N + strip - 1) / strip), [&](int s) {
+        C part[strip];
+        const idx s0 = idx(s) * strip, s1 = N - s0 < strip ? N : s0 + strip;
+        for (int p = 0; p < P; ++p) {
+            const piece_at q = at(p);
+            const idx lo = s0 > q.o0 ? s0 : q.o0, hi = s1 < q.o0 + q.other ? s1 : q.o0 + q.other;
+            idx rows = hi - lo;
+            if (q.len <= 0 || rows <= 0) continue;
+            beside(q, false, lo - q.o0, rows, part);
+            kern<C>::axpy()(&rows, &one, part, &unit, sub(y, N, iy, lo, rows), incy);
         }
     });
-    for (int piece = 0; piece < t; ++piece) {
-        const idx j0 = bound(piece), j1 = bound(piece + 1);
-        idx other = upper ? j0 : N - j1;
-        if (j1 > j0 && other > 0)
-            kern<C>::axpy()(&other, &one, w + std::size_t(N) * std::size_t(piece), &unit,
-                             sub(y, N, iy, upper ? 0 : j1, other), incy);
-    }
-    deallocate(w);
 }
 
 // ---- general updates (m, n, alpha, x, incx, y, incy, a, lda), by columns
@@ -223,16 +275,23 @@ void hermitian_columns(Gerc gerc, Her her, bool upper, idx n, const C* alpha, co
     }
 }
 
-// ---- symmetric and Hermitian updates of full storage: whole on one thread;
-// else column ranges of nearly equal area, through the real kernels' column
-// pieces, or (her, her2) gerc beside the diagonal block and the kernel on it
+// ---- symmetric and Hermitian updates of full storage: column ranges of
+// nearly equal area. The real ones through the kernels' column pieces, which
+// give the whole update's bits for any ranges: whole on one thread. her and
+// her2 through gerc beside the diagonal block and the kernel on it, whose
+// complex scalars can give a zero of another sign than the kernel's real
+// one: their ranges are fixed_pieces(n^2/2), on one thread too.
 template <class F>
 void by_columns(const char* uplo, idx n, F columns) {
-    const int t = threads_for(n * n / 2);
-    const int p = t * pieces_per_thread;
-    ranges(t, p, by_area(n, p, is(uplo, "U")), [&](idx j0, idx j1) {
-        if (j1 > j0) columns(j0, j1);
+    const int p = fixed_pieces(n * n / 2);
+    const auto bound = by_area(n, p, is(uplo, "U"));
+    ork::core::parallel_for(threads_for(n * n / 2), p, [&](int k) {
+        if (bound(k + 1) > bound(k)) columns(bound(k), bound(k + 1));
     });
+}
+// whole: one thread for the real updates, one piece for all
+template <class C> bool update_whole(idx n) {
+    return (std::is_arithmetic_v<C> ? threads_for(n * n / 2) : fixed_pieces(n * n / 2)) <= 1;
 }
 template <class R> struct pieces;
 template <> struct pieces<float> {
@@ -251,7 +310,7 @@ template <class C> auto gerc_kernel() {
 template <class K, class A, class C>
 void syr(const entry&, K kernel, const char* uplo, const idx* n, const A* alpha, const C* x, const idx* incx, C* a,
          const idx* lda) {
-    if (threads_for(*n * *n / 2) <= 1) return kernel(uplo, n, alpha, x, incx, a, lda);
+    if (update_whole<C>(*n)) return kernel(uplo, n, alpha, x, incx, a, lda);
     by_columns(uplo, *n, [&](idx j0, idx j1) {
         if constexpr (std::is_arithmetic_v<C>) {
             idx f = j0 + 1;
@@ -270,7 +329,7 @@ void syr(const entry&, K kernel, const char* uplo, const idx* n, const A* alpha,
 template <class K, class C>
 void syr2(const entry&, K kernel, const char* uplo, const idx* n, const C* alpha, const C* x, const idx* incx,
           const C* y, const idx* incy, C* a, const idx* lda) {
-    if (threads_for(*n * *n / 2) <= 1) return kernel(uplo, n, alpha, x, incx, y, incy, a, lda);
+    if (update_whole<C>(*n)) return kernel(uplo, n, alpha, x, incx, y, incy, a, lda);
     by_columns(uplo, *n, [&](idx j0, idx j1) {
         if constexpr (std::is_arithmetic_v<C>) {
             idx f = j0 + 1;

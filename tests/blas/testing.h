@@ -261,4 +261,20 @@ struct threads_scope {
     ~threads_scope() { ork_set_num_threads(0); }
 };
 
+// call() (returning a vector of elements) at 1, 2 and 3 threads: the same
+// bits each time; the one-thread result in *first when asked.
+template <class F> ::testing::AssertionResult same_at_1_2_3_threads(F call, decltype(call())* first = nullptr) {
+    decltype(call()) one;
+    {
+        threads_scope t(1);
+        one = call();
+    }
+    for (int t : {2, 3}) {
+        threads_scope s(t);
+        if (auto r = same_all(call(), one); !r) return r << " at " << t << " threads";
+    }
+    if (first) *first = std::move(one);
+    return ::testing::AssertionSuccess();
+}
+
 }  // namespace ot

@@ -1,7 +1,7 @@
 // The level-2 products (gemv, gbmv, and the symmetric or Hermitian ones in
 // full, band and packed storage) through libork and through the kernels,
 // against long double sums; NaN in every slot the routine must not read,
-// sentinels around y, and libork's splits over threads.
+// sentinels around y, and libork's split of symv and hemv.
 #include "level2_testing.h"
 
 using namespace ot;
@@ -133,31 +133,13 @@ TYPED_TEST(Products, SymmetricStorages) {
                         }
 }
 
-// libork's splits: gemv and gbmv give the bits of one thread; symv and hemv
-// (whose split rounds differently) stay within the bound.
-TYPED_TEST(Products, ThreadSplits) {
+// libork's split of symv and hemv (its bits at any thread count:
+// threads_test.cpp) within the bound.
+TYPED_TEST(Products, SymmetricSplit) {
     using T = TypeParam;
     std::mt19937_64 g(203);
     const idx n = 700;
-    for (bool band : {false, true})
-        for (const char* trans : {"N", "T", "C"}) {
-            const idx kl = band ? 40 : n, ku = band ? 300 : n, lda = band ? kl + ku + 1 : n + 1;
-            std::vector<T> a(std::size_t(lda * n));
-            for (auto& v : a) v = rnd<T>(g);
-            gvec<T> x(n, 1, 0, g), y(n, -2, 0, g);
-            const T alpha = rnd<T>(g), beta = rnd<T>(g);
-            std::vector<T> out[2];
-            for (int t : {1, 3}) {
-                threads_scope threads(t);
-                gvec<T> yt = y;
-                l2<T>::general(band)[0].second(trans, &n, &n, &kl, &ku, &alpha, a.data(), &lda, x.p(), &x.inc, &beta,
-                                               yt.p(), &yt.inc);
-                out[t == 1 ? 0 : 1] = yt.buf;
-            }
-            EXPECT_TRUE(same_all(out[1], out[0])) << (band ? "gbmv " : "gemv ") << trans;
-        }
     for (const char* uplo : {"U", "L"}) {
-        threads_scope threads(3);
         triangle<T> tri(storage::full, uplo[0] == 'U', n, n, g);
         gvec<T> x(n, -1, 0, g), y(n, 2, 0, g);
         const product_case<T> pc(scalars::general, g);
