@@ -11,11 +11,13 @@ template <class T> class Level2Threads : public ::testing::Test {};
 TYPED_TEST_SUITE(Level2Threads, ElementTypes);
 
 // One call of the table: the array it writes (A, x or y) and the call on
-// (a, x, y), the written one a fresh copy each time.
+// (a, x, y), the written one a fresh copy each time; `spare`: its bits stay
+// when each allocation it makes fails in turn.
 template <class T> struct threaded_call {
     std::string what;
     char writes;
     std::function<void(T*, T*, T*)> call;
+    bool spare = false;
 };
 
 TYPED_TEST(Level2Threads, SameBitsAtOneTwoAndThreeThreads) {
@@ -60,7 +62,7 @@ TYPED_TEST(Level2Threads, SameBitsAtOneTwoAndThreeThreads) {
             for (const char* u : {"U", "L"}) {
                 calls.push_back({std::string("symv/hemv ") + u, 'y', [&, u](T* pa, T* px, T* py) {
                     l2<T>::symmetric(storage::full)[0].second(u, &n, nullptr, &alpha, pa, &lda, px, &ix, &beta, py, &iy);
-                }});
+                }, true});
                 for (bool two : {false, true})
                     calls.push_back({std::string(two ? "syr2/her2 " : "syr/her ") + u, 'a', [&, u, two](T* pa, T* px, T* py) {
                         const T al = two ? alpha : make<T>(re(alpha));  // rank 1 reads a real alpha
@@ -79,7 +81,19 @@ TYPED_TEST(Level2Threads, SameBitsAtOneTwoAndThreeThreads) {
                     c.call(c.writes == 'a' ? w : a.data(), c.writes == 'x' ? w : x.p(), c.writes == 'y' ? w : y.p());
                     return out;
                 };
-                EXPECT_TRUE(same_at_1_2_3_threads(run)) << c.what << ", n=" << n << ", incx=" << ix << ", incy=" << iy;
+                SCOPED_TRACE(::testing::Message() << c.what << ", n=" << n << ", incx=" << ix << ", incy=" << iy);
+                std::vector<T> one;
+                EXPECT_TRUE(same_at_1_2_3_threads(run, &one));
+                if (!c.spare) continue;
+                threads_scope two(2);
+                const long before = ork_allocation_count();
+                run();
+                for (long k = 1, made = ork_allocation_count() - before; k <= made; ++k) {
+                    ork_fail_allocation(k);
+                    const auto got = run();
+                    ork_fail_allocation(0);
+                    EXPECT_TRUE(same_all(got, one)) << "allocation " << k << " of " << made << " failing";
+                }
             }
         }
     }

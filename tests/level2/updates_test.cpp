@@ -140,8 +140,8 @@ TYPED_TEST(Updates, PiecesAndSplitsGiveTheWholeUpdate) {
             const auto& whole = out[1];
             if constexpr (is_cx<T>) {
                 for (std::size_t s = 0; s < whole.size(); ++s) {
-                    if (!std::isnan(re(whole[s])))
-                        ASSERT_TRUE(out[0][s].re == whole[s].re && out[0][s].im == whole[s].im) << "slot " << s << ", rank2=" << two << " " << uplo;
+                    if (std::isnan(re(whole[s]))) continue;  // the other triangle
+                    ASSERT_TRUE(out[0][s].re == whole[s].re && out[0][s].im == whole[s].im) << "slot " << s << ", rank2=" << two << " " << uplo;
                 }
             } else {
                 EXPECT_TRUE(same_all(out[0], whole)) << "libork, rank2=" << two << " " << uplo;
