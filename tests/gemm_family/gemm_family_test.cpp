@@ -363,7 +363,7 @@ TEST(GemmFamily, MixedBlocks) {
                                       45136384, 4096, 6912, 512);
 }
 
-// ---- libork's entries: the same bits with one and two threads (and as the
+// ---- libork's entries: the same bits with one, two and three threads (and as the
 // kernel driver alone), and the position of the first bad argument.
 template <class TA, class T, class F> void thread_bits(const char* what, F entry, F kernel) {
     std::mt19937_64 g(76);
@@ -372,14 +372,14 @@ template <class TA, class T, class F> void thread_bits(const char* what, F entry
     auto B = mat<T>(n, k, g), C = mat<T>(m, n, g);
     const auto C0 = C.buf.snapshot();
     const T alpha = make<T>(0.75, -0.5), beta = make<T>(-1.25, 0.5);
-    std::vector<T> out[3];
-    for (int t : {0, 1, 2}) {
-        threads_scope threads(t == 0 ? 1 : t);
+    auto run = [&](F f) {
         std::copy(C0.begin(), C0.end(), C.buf.data());
-        (t == 0 ? kernel : entry)("N", "C", &m, &n, &k, &alpha, A.p(), &A.ld, B.p(), &B.ld, &beta, C.p(), &C.ld);
-        out[t] = C.buf.snapshot();
-    }
-    EXPECT_TRUE(same_all(out[1], out[0]) && same_all(out[2], out[0])) << what;
+        f("N", "C", &m, &n, &k, &alpha, A.p(), &A.ld, B.p(), &B.ld, &beta, C.p(), &C.ld);
+        return C.buf.snapshot();
+    };
+    decltype(run(kernel)) one;
+    EXPECT_TRUE(same_at_1_2_3_threads([&] { return run(entry); }, &one)) << what;
+    EXPECT_TRUE(same_all(one, run(kernel))) << what << ", the kernel";
 }
 TEST(GemmFamily, LiborkThreadsGiveTheSameBits) {
     thread_bits<ork_complex8, ork_complex8>("cgemm3m", &ork_blas_cgemm3m, OT_KS(xcgemm3m));
