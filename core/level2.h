@@ -41,12 +41,16 @@ inline int threads_for(idx work) {
 
 // Pieces of a split whose bits depend on where it cuts (symv, hemv, her,
 // her2), from the size of the work alone, never from the thread count: none
-// below 2^17 elements, then one per 2^16 elements, at most 16 (enough for
-// the threads that saturate a small machine's memory; the more pieces, the
-// more calls and, for symv, buffer additions, about 8n elements at 16).
+// below 2^17 elements; then one per 2^18 elements, at least 4 (taken as
+// threads come free, so that two threads share unequal pieces evenly) and
+// at most 16 (enough threads to saturate a small machine's memory). One
+// thread runs them too, at a cost: symv's blocks beside the diagonal take
+// two passes (dsymv at n = 1000, in cache, about 0.8 of the kernel whole;
+// at n = 4000, from memory, about 0.9), so the fewer pieces the better.
 inline int fixed_pieces(idx work) {
     if (work < (idx(1) << 17)) return 1;
-    return (work >> 16) < 16 ? int(work >> 16) : 16;
+    const idx p = work >> 18;
+    return p < 4 ? 4 : p > 16 ? 16 : int(p);
 }
 
 // f(k0, k1) on the ranges [bound(p), bound(p + 1)) for p < pieces, on t
@@ -150,9 +154,10 @@ void gbmv(const entry&, K, const char* trans, const idx* m, const idx* n, const 
 // symv). Below 2^17 elements, with alpha zero, and for band and packed
 // storage the kernel runs whole.
 //
-// Pieces: fixed_pieces(n^2). Piece p's block beside the diagonal then has
-// at least about 256 rows, so its runs (beside_columns) are at most 256
-// columns and the kernel's gemv takes them without workspace.
+// Pieces: fixed_pieces(n^2), at most n^2/2^14 of them. Piece p's block
+// beside the diagonal then has at least n/sqrt(pieces) >= 128 rows, so its
+// runs (beside_columns) are at most 512 columns, which the kernel's gemv
+// takes without workspace.
 // columns of the block beside the diagonal read while they stay in cache:
 // about half a megabyte of A, half the 1 MB second-level cache of a core of
 // the two-core AMD EPYC (Zen 4) guest on which the split was measured
