@@ -41,16 +41,16 @@ inline int threads_for(idx work) {
 
 // Pieces of a split whose bits depend on where it cuts (symv, hemv, her,
 // her2), from the size of the work alone, never from the thread count: none
-// below 2^17 elements; then one per 2^18 elements, at least 4 (taken as
-// threads come free, so that two threads share unequal pieces evenly) and
-// at most 16 (enough threads to saturate a small machine's memory). One
+// below 2^17 elements; then 2, doubling with each fourfold growth from 2^22
+// elements, at most 16 (enough threads to saturate a small machine's
+// memory). A power of two, so that two threads share the pieces evenly. One
 // thread runs them too, at a cost: symv's blocks beside the diagonal take
-// two passes (dsymv at n = 1000, in cache, about 0.8 of the kernel whole;
-// at n = 4000, from memory, about 0.9), so the fewer pieces the better.
+// two passes, so the fewer pieces the better (see symv).
 inline int fixed_pieces(idx work) {
     if (work < (idx(1) << 17)) return 1;
-    const idx p = work >> 18;
-    return p < 4 ? 4 : p > 16 ? 16 : int(p);
+    int p = 2;
+    while (p < 16 && work >= (idx(1) << 20) * p * p) p *= 2;
+    return p;
 }
 
 // f(k0, k1) on the ranges [bound(p), bound(p + 1)) for p < pieces, on t
