@@ -157,7 +157,11 @@ void gbmv(const entry&, K, const char* trans, const idx* m, const idx* n, const 
 // Pieces: fixed_pieces(n^2), at most n^2/2^14 of them. Piece p's block
 // beside the diagonal then has at least n/sqrt(pieces) >= 128 rows, so its
 // runs (beside_columns) are at most 512 columns, which the kernel's gemv
-// takes without workspace.
+// takes without workspace. One thread pays for the blocks' second pass
+// against the kernel whole, which reads each element once: dsymv on the
+// two-core Zen 4 guest (bench/results/level2_avx.md, November 2026) about
+// 0.85 of its speed at n = 1000 (in cache, two pieces) and 0.9 at n = 4000
+// (four pieces).
 // columns of the block beside the diagonal read while they stay in cache:
 // about half a megabyte of A, half the 1 MB second-level cache of a core of
 // the two-core AMD EPYC (Zen 4) guest on which the split was measured
