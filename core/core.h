@@ -165,8 +165,12 @@ template <class F> bool guarded(F&& f) {
 // false when the copy itself could not be had (nothing written yet).
 template <class T> class undoable {
   public:
-    undoable(const T* c, ork_int m, ork_int n, ork_int ld) : c_(const_cast<T*>(c)), m_(m), n_(n), ld_(ld) {
-        if (m > 0 && n > 0) copy_ = static_cast<T*>(allocate_filled(std::size_t(m) * std::size_t(n) * sizeof(T)));
+    // `triangle` 'L' or 'U': only that triangle of a square output is
+    // written, and only it is kept (packed, half the memory to take and copy).
+    undoable(const T* c, ork_int m, ork_int n, ork_int ld, char triangle = 0)
+        : c_(const_cast<T*>(c)), m_(m), n_(n), ld_(ld), triangle_(triangle) {
+        const std::size_t e = triangle ? std::size_t(n) * std::size_t(n + 1) / 2 : std::size_t(m) * std::size_t(n);
+        if (m > 0 && n > 0) copy_ = static_cast<T*>(allocate_filled(e * sizeof(T)));
         move(true);
     }
     undoable(const undoable&) = delete;
@@ -187,18 +191,20 @@ template <class T> class undoable {
 
   private:
     void move(bool out) const {
+        T* y = copy_;
         for (ork_int j = 0; j < n_ && copy_; ++j) {
+            const ork_int i0 = triangle_ == 'L' ? j : 0, i1 = triangle_ == 'U' ? j + 1 : m_;
             T* x = c_ + j * ld_;
-            T* y = copy_ + j * m_;
-            for (ork_int i = 0; i < m_; ++i) {
-                if (out) y[i] = x[i];
-                else x[i] = y[i];
+            for (ork_int i = i0; i < i1; ++i, ++y) {
+                if (out) *y = x[i];
+                else x[i] = *y;
             }
         }
     }
     T* c_;
     T* copy_ = nullptr;
     ork_int m_, n_, ld_;
+    char triangle_;
     std::atomic<bool> short_{false};
 };
 

@@ -118,7 +118,7 @@ void rank(const entry& e, K kernel, bool two, const char* uplo, const char* tran
     const idx N = *n, Kd = *k;
     const bool nt = is(trans, "N"), lower = is(uplo, "L");
     const idx LDA = *lda, LDB = two ? *ldb : 0, LDC = *ldc;
-    undoable<C> out(c, N, N, LDC);
+    undoable<C> out(c, N, N, LDC, lower ? 'L' : 'U');
     if (!out.ok()) return void(e.out_of_memory());
     auto whole = [&](const idx* nn, const C* as, const C* bs, C* cs) {
         out.run([&] { kernel(uplo, trans, nn, k, alpha, as, lda, bs, ldb, beta, cs, ldc); });
