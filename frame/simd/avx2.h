@@ -41,6 +41,11 @@ template <> struct avx2<double> {
     static V bor(V a, V b) { return _mm256_or_pd(a, b); }
     static V bxor(V a, V b) { return _mm256_xor_pd(a, b); }
     static bool any(V a) { return _mm256_movemask_pd(a) != 0; }
+    // lane k's sign bit (mask) or lowest bit (low_bits) as bit k
+    static unsigned mask(V a) { return unsigned(_mm256_movemask_pd(a)); }
+    static unsigned low_bits(V a) {
+        return unsigned(_mm256_movemask_pd(_mm256_castsi256_pd(_mm256_slli_epi64(_mm256_castpd_si256(a), 63))));
+    }
     static double first(V a) { return _mm256_cvtsd_f64(a); }
     // lanes rotated by one: [a1, a2, a3, a0]
     static V rotate(V a) { return _mm256_permute4x64_pd(a, _MM_SHUFFLE(0, 3, 2, 1)); }

@@ -35,6 +35,9 @@ template <> struct sse2<double> {
     static V bor(V a, V b) { return _mm_or_pd(a, b); }
     static V bxor(V a, V b) { return _mm_xor_pd(a, b); }
     static bool any(V a) { return _mm_movemask_pd(a) != 0; }
+    // lane k's sign bit (mask) or lowest bit (low_bits) as bit k
+    static unsigned mask(V a) { return unsigned(_mm_movemask_pd(a)); }
+    static unsigned low_bits(V a) { return unsigned(_mm_movemask_pd(_mm_castsi128_pd(_mm_slli_epi64(_mm_castpd_si128(a), 63)))); }
     static double first(V a) { return _mm_cvtsd_f64(a); }
     // lanes rotated by one: [a1, a0]
     static V rotate(V a) { return _mm_shuffle_pd(a, a, 1); }

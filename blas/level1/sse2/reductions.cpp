@@ -244,34 +244,43 @@ double binade(double v) {
 // A block of B with no |x_i| above a positive scale adds t_i =
 // (|x_i|/scale)^2 to ssq in order, the only dependent chain of the
 // recurrence. While ssq stays in one binade [C, 2C) every value it takes is a
-// multiple of its ulp u = C*2^-52, so ssq + t_i rounds to ssq + round_u(t_i),
-// round_u(t) being the multiple of u nearest t, unless t lies halfway between
-// two (a tie, which the parity of ssq breaks). So when no t_i of the block is
-// a tie and the rounded terms keep ssq below 2C, the block ends at ssq plus
-// their sum, exactly: multiples of u below 2C add without rounding in any
-// order, and a sum that reaches 2C anywhere stays there, rounding being
-// monotonic. The terms come from vectors: round_u(t) = (C + t) - C, and the
-// tie test is |t - round_u(t)| == u/2 (an exact difference). Answers whether
-// the block was taken (false: a larger element, a tie, a NaN or infinity, or
-// the step into the next binade; ssq is then unchanged).
+// multiple of its ulp u = C*2^-52, so ssq + t_i rounds to ssq + r_i, r_i
+// being the multiple of u nearest t_i, unless t_i lies halfway between two
+// (a tie), which rounds ssq to an even multiple of u. The terms come from
+// vectors: C + t_i rounds the same way in the same binade, so
+// r_i = (C + t_i) - C, even at a tie (C/u = 2^52 is even); a tie is
+// |t_i - r_i| == u/2 (an exact difference); the parity of r_i/u is the last
+// bit of C + r_i. A tie met while ssq/u is odd takes the other neighbour,
+// r_i + 2(t_i - r_i); ssq/u is even after any tie, and between ties its
+// parity changes with each odd r_i/u. So when the block's terms keep ssq
+// below 2C it ends at ssq plus their sum, exactly: multiples of u below 2C
+// add without rounding in any order, and a sum that reaches 2C anywhere stays
+// there, rounding being monotonic. Answers whether the block was taken
+// (false: a larger element, a NaN or infinity, or the step into the next
+// binade; ssq is then unchanged).
 template <idx B>
 bool rounded_block(const double* x, double scale, double C, double& ssq) {
     using L = search_vectors<double>;
     using V = L::V;
     constexpr int vectors = B / L::lanes, sums = vectors < 4 ? vectors : 4;
+    static_assert(B <= 64);
     const V s = L::set1(scale), c = L::set1(C), half = L::set1(C * 0x1p-53);
-    V bad = L::zero(), sum[sums];
+    V big = L::zero(), sum[sums];
     for (auto& v : sum) v = L::zero();
+    std::uint64_t ties = 0, odd = 0;  // bit i: element i
 #pragma GCC unroll 8
     for (int k = 0; k < vectors; ++k) {
         const V a = L::abs(L::loadu(x + k * L::lanes));
         const V q = L::div(a, s);
         const V t = L::mul(q, q);
-        const V r = L::sub(L::add(t, c), c);
-        bad = L::bor(bad, L::bor(L::gt(a, s), L::eq(L::abs(L::sub(t, r)), half)));
+        const V v = L::add(t, c);
+        const V r = L::sub(v, c);
+        big = L::bor(big, L::gt(a, s));
+        ties |= std::uint64_t(L::mask(L::eq(L::abs(L::sub(t, r)), half))) << (k * L::lanes);
+        odd |= std::uint64_t(L::low_bits(v)) << (k * L::lanes);
         sum[k % sums] = L::add(sum[k % sums], r);
     }
-    if (L::any(bad)) return false;
+    if (L::any(big)) return false;
     V v = sum[0];
     for (int k = 1; k < sums; ++k) v = L::add(v, sum[k]);
     for (int k = 1; k < L::lanes; k *= 2) {
@@ -279,7 +288,27 @@ bool rounded_block(const double* x, double scale, double C, double& ssq) {
         for (int m = 0; m < k; ++m) w = L::rotate(w);
         v = L::add(v, w);
     }
-    const double next = ssq + L::first(v);
+    double total = L::first(v);
+    if (ties) {
+        std::uint64_t bits;
+        __builtin_memcpy(&bits, &ssq, sizeof bits);
+        unsigned parity = unsigned(bits & 1);  // of ssq/u before the next tie
+        int from = 0;
+        double adjust = 0;
+        for (std::uint64_t m = ties; m; m &= m - 1) {
+            const int j = __builtin_ctzll(m);
+            const std::uint64_t between = ((1ull << j) - 1) & ~((1ull << from) - 1);  // [from, j)
+            parity ^= unsigned(__builtin_popcountll(odd & between)) & 1;
+            if (parity) {
+                const double q = abs1(x[j]) / scale, t = q * q, r = (C + t) - C;
+                adjust += 2 * (t - r);
+            }
+            parity = 0;
+            from = j + 1;
+        }
+        total += adjust;
+    }
+    const double next = ssq + total;
     if (!(next < 2 * C)) return false;
     ssq = next;
     return true;
@@ -288,12 +317,11 @@ bool rounded_block(const double* x, double scale, double C, double& ssq) {
 }  // namespace
 
 // Blocks of 32 are taken whole where they can be (rounded_block); one that
-// cannot is tried again as runs of 8, so that a tie, a larger element or the
-// step into the next binade sends only its run of 8 to the recurrence's adds
-// in order. C, the binade of ssq, is taken again after each such run. While
-// ssq < 64 ties are frequent (a square near the scale has few bits below the
-// ulp of ssq), so blocks of 32 are tried only from there on (6% at n = 1000
-// on Zen 4). The
+// cannot is tried again as runs of 8, so that a larger element or the step
+// into the next binade sends only its run of 8 to the recurrence's adds in
+// order. C, the binade of ssq, is taken again after each such run. While
+// ssq < 64 it changes binade every few dozen elements, so blocks of 32 are
+// tried only from there on (6% at n = 1000 on Zen 4). The
 // baseline's 16-byte divisions leave it bound by the divider either way
 // (9.4 GB/s at n = 10^5 both ways, and slower at n = 1000 through the blocks
 // redone), so it keeps the adds in order.
