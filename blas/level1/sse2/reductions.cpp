@@ -6,6 +6,7 @@
 #include <emmintrin.h>
 
 #include <cstdint>
+#include <type_traits>
 
 #include "blas/level1/inner.h"
 #include "blas/level1/ssq.h"
@@ -265,22 +266,42 @@ bool rounded_block(const double* x, double scale, double C, double& ssq) {
     constexpr int vectors = B / L::lanes, sums = vectors < 4 ? vectors : 4;
     static_assert(B <= 64);
     const V s = L::set1(scale), c = L::set1(C), half = L::set1(C * 0x1p-53);
-    V big = L::zero(), sum[sums];
+    V bad = L::zero(), sum[sums];
     for (auto& v : sum) v = L::zero();
-    std::uint64_t ties = 0, odd = 0;  // bit i: element i
+    std::uint64_t big = 0, ties = 0, odd = 0;  // bit i: element i
+    // The terms and their sums, and the masks of the lanes above the scale,
+    // at a tie or with an odd term. AVX-512's 32 registers hold the masks
+    // beside the sums in one pass; AVX2's 16 do not (taking them every time
+    // costs it a sixth of its speed), so it takes them in a second pass where
+    // the block has a lane above the scale or a tie: few blocks once ssq is
+    // past its first binades.
+    constexpr bool at_once = ORK_GENERATION >= 2;
+    auto pass = [&](auto terms, auto masks) {
 #pragma GCC unroll 8
-    for (int k = 0; k < vectors; ++k) {
-        const V a = L::abs(L::loadu(x + k * L::lanes));
-        const V q = L::div(a, s);
-        const V t = L::mul(q, q);
-        const V v = L::add(t, c);
-        const V r = L::sub(v, c);
-        big = L::bor(big, L::gt(a, s));
-        ties |= std::uint64_t(L::mask(L::eq(L::abs(L::sub(t, r)), half))) << (k * L::lanes);
-        odd |= std::uint64_t(L::low_bits(v)) << (k * L::lanes);
-        sum[k % sums] = L::add(sum[k % sums], r);
+        for (int k = 0; k < vectors; ++k) {
+            const V a = L::abs(L::loadu(x + k * L::lanes));
+            const V q = L::div(a, s);
+            const V t = L::mul(q, q);
+            const V v = L::add(t, c);
+            const V r = L::sub(v, c);
+            const V above = L::gt(a, s), at_tie = L::eq(L::abs(L::sub(t, r)), half);
+            if constexpr (masks) {
+                big |= L::mask(above);
+                ties |= std::uint64_t(L::mask(at_tie)) << (k * L::lanes);
+                odd |= std::uint64_t(L::low_bits(v)) << (k * L::lanes);
+            } else {
+                bad = L::bor(bad, L::bor(above, at_tie));
+            }
+            if constexpr (terms) sum[k % sums] = L::add(sum[k % sums], r);
+        }
+    };
+    if constexpr (at_once) {
+        pass(std::true_type{}, std::true_type{});
+    } else {
+        pass(std::true_type{}, std::false_type{});
+        if (L::any(bad)) pass(std::false_type{}, std::true_type{});
     }
-    if (L::any(big)) return false;
+    if (big) return false;
     V v = sum[0];
     for (int k = 1; k < sums; ++k) v = L::add(v, sum[k]);
     for (int k = 1; k < L::lanes; k *= 2) {
