@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <fstream>
 #include <random>
 #include <set>
@@ -292,10 +293,12 @@ template <class T> bool same(const T& u, const T& v) {  // -0 == 0
         return u == v;
 }
 template <class T> std::string text(const T& v) {
+    char s[64];
     if constexpr (is_complex<T>)
-        return "(" + std::to_string(v.re) + ", " + std::to_string(v.im) + ")";
+        std::snprintf(s, sizeof s, "(%g, %g)", double(v.re), double(v.im));
     else
-        return std::to_string(v);
+        std::snprintf(s, sizeof s, "%g", double(v));
+    return s;
 }
 // The arrays where p and q differ, each with its first differing element.
 template <class T> std::string differs(const state<T>& p, const state<T>& q) {
