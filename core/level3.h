@@ -11,20 +11,13 @@
 
 #include "core/checks.h"
 #include "core/core.h"
+#include "core/gemm.h"
 
 namespace ork::core::level3 {
 
 using idx = ork_int;
 using check::is;
 
-// gemm of each element type, for the rectangles beside the diagonal blocks
-// of the split rank updates
-template <class C> auto gemm_kernel() {
-    if constexpr (std::is_same_v<C, float>) return kernels().ork_blas_xsgemm;
-    else if constexpr (std::is_same_v<C, double>) return kernels().ork_blas_xdgemm;
-    else if constexpr (std::is_same_v<C, ork_complex8>) return kernels().ork_blas_xcgemm;
-    else return kernels().ork_blas_xzgemm;
-}
 // a real scalar as an element of C
 template <class C, class S> C element(S v) {
     if constexpr (std::is_same_v<S, C>) return v;
@@ -108,7 +101,9 @@ void symm(const entry& e, K kernel, const char* side, const char* uplo, const id
 // ---- rank-k and rank-2k updates. The columns of C are split at multiples
 // of the kernels' column block, balanced by the area of the triangle; slab
 // [j0, j1) is the kernel on its diagonal block plus gemm on the rectangle
-// beside it (below for lower, above for upper), as the kernel would do it.
+// beside it (below for lower, above for upper) by the loop-nest pieces of
+// libork's gemm (beta first), so each element has libork's gemm bits
+// whatever the split, as the kernel gives them.
 // `kernel` takes the rank-2k arguments (b, ldb unused for rank k); SA, SB:
 // the types of alpha and beta as given (real for herk; beta real for her2k).
 template <bool herm, class K, class C, class SA, class SB>
@@ -129,11 +124,10 @@ void rank(const entry& e, K kernel, bool two, const char* uplo, const char* tran
         return void(out.finish(e));
     }
 
-    // gemm over the rectangle beside a slab, with C's scalars as gemm takes them.
+    // the rectangle beside a slab, with C's scalars as gemm takes them
     const char* ta = nt ? "N" : herm ? "C" : "T";
     const char* tb = nt ? (herm ? "C" : "T") : "N";
     const C al = element<C>(*alpha), al2 = herm ? conj_of(al) : al, be = element<C>(*beta);
-    const C one_ = check::one<C>();
     auto row = [nt](const C* x, idx ld, idx r) { return nt ? x + r : x + r * ld; };
 
     // Cut s of t: the first unit where the triangle's area to the left
@@ -152,14 +146,14 @@ void rank(const entry& e, K kernel, bool two, const char* uplo, const char* tran
         whole(&len, row(a, LDA, j0), two ? row(b, LDB, j0) : nullptr, c + j0 + j0 * LDC);
         const idx r0 = lower ? j0 + len : 0, rn = lower ? N - r0 : j0;
         if (rn == 0) return;
-        const auto gemm = gemm_kernel<C>();
+        using G = gemm::gemm_kernels<C>;
         const C* bb = two ? b : a;
         const idx* ldbb = two ? ldb : lda;
+        C* cr = c + r0 + j0 * LDC;
         out.run([&] {
-            gemm(ta, tb, &rn, &len, k, &al, row(a, LDA, r0), lda, row(bb, *ldbb, j0), ldbb, &be, c + r0 + j0 * LDC, ldc);
-            if (two)
-                gemm(ta, tb, &rn, &len, k, &al2, row(b, LDB, r0), ldb, row(a, LDA, j0), lda, &one_, c + r0 + j0 * LDC,
-                     ldc);
+            if (!check::is_one(be)) G::scalm()(&rn, &len, &be, cr, ldc);
+            G::by_columns()(ta, tb, &rn, &len, k, &al, row(a, LDA, r0), lda, row(bb, *ldbb, j0), ldbb, cr, ldc);
+            if (two) G::by_columns()(ta, tb, &rn, &len, k, &al2, row(b, LDB, r0), ldb, row(a, LDA, j0), lda, cr, ldc);
         });
     });
     out.finish(e);

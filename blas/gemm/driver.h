@@ -488,8 +488,10 @@ void accumulate_uniform(char ta, char tb, idx m, idx n, idx k, T alpha, const T*
 
 // The whole call after the processor test: quick return, one beta pass
 // (single precision first finishes an alpha = 0 call on its own), then the
-// nest. Complex types clear C for beta = 0 rather than scale it.
-template <class T, class E = engine<T>>
+// nest (Uniform: the loop-nest pieces' form, each element's bits whatever
+// the shape of the call). Complex types clear C for beta = 0 rather than
+// scale it.
+template <class T, class E = engine<T>, bool Uniform = false>
 void gemm(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, idx lda, const T* b, idx ldb, T beta, T* c,
           idx ldc, char ta_written = 0) {
     if (m < 1 || n < 1) return;
@@ -506,7 +508,8 @@ void gemm(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, idx lda, c
     } else if (!(beta == one<T>())) {
         scalm(m, n, beta, c, ldc);
     }
-    accumulate<T, E>(ta, tb, m, n, k, alpha, a, lda, b, ldb, c, ldc, ta_written);
+    if constexpr (Uniform) accumulate_uniform<T, E, false>(ta, tb, m, n, k, alpha, a, lda, b, ldb, c, ldc);
+    else accumulate<T, E>(ta, tb, m, n, k, alpha, a, lda, b, ldb, c, ldc, ta_written);
 }
 
 }  // namespace ork::gemm

@@ -110,4 +110,17 @@ void product(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, idx lda
     gemm<T>(ta, tb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc, ta_written);
 }
 
+// The same product with each element of C given the bits of libork's gemm
+// for it whatever the shape of the call (leftover rows and columns in the
+// packed kernel's order): what level 3 builds its products from.
+template <class T>
+void uniform_product(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, idx lda, const T* b, idx ldb, T beta,
+                     T* c, idx ldc) {
+    if (m < 1 || n < 1) return;
+    if constexpr (!is_complex<T>) {
+        if (barcelona()) return gemm<T, brc_engine<T>, true>(ta, tb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc);
+    }
+    gemm<T, engine<T>, true>(ta, tb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc);
+}
+
 }  // namespace ork::gemm

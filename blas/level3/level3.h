@@ -29,8 +29,13 @@ template <class R> cx<R> divide(cx<R> a, cx<R> b) {
 }
 
 // C := alpha*op(A)*op(B) + beta*C by this library's gemm engine, called
-// through its template (ta, tb: op letters, 'C' for complex types only).
-using gemm::product;
+// through its template (ta, tb: op letters, 'C' for complex types only),
+// each element with libork's gemm bits whatever the shape of the call.
+template <class T>
+void product(char ta, char tb, idx m, idx n, idx k, T alpha, const T* a, idx lda, const T* b, idx ldb, T beta, T* c,
+             idx ldc) {
+    gemm::uniform_product(ta, tb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc);
+}
 
 // Order of the diagonal blocks of the triangular kernels: one depth block
 // of the gemm engine of T, so each update is one pass of its nest; half of
@@ -373,8 +378,8 @@ void symm(bool left, bool lower, idx m, idx n, T alpha, const T* a, idx lda, con
 
 // ---- rank-k and rank-2k updates of one triangle of C (n x n)
 
-// Largest diagonal block of the rank updates: it is computed whole into a
-// temporary, so its unused half costs rank_block/n of the work.
+// Largest diagonal block of the recursive rank updates: it is computed whole
+// in a temporary, so its unused half costs rank_block/n of the work.
 inline constexpr idx rank_block = 64;
 
 // beta as an element of T (real beta of the Hermitian updates: zero imaginary part).
@@ -383,22 +388,13 @@ template <class T, class B> T as_element(B beta) {
     else return T{beta, 0};
 }
 
-// The triangle of C := beta*C + W over a diagonal block of order nb (W with
-// ld nw; W = null: C := beta*C); beta = 0 stores W (or zeros), so NaN in C
-// does not survive. Hermitian updates keep the diagonal real.
-template <class T, bool herm, class B>
-void merge_triangle(bool lower, idx nb, B beta, const T* w, idx nw, T* c, idx ldc) {
-    const bool beta0 = beta == B{};
-    for (idx j = 0; j < nb; ++j) {
-        const idx i0 = lower ? j : 0, i1 = lower ? nb : j + 1;
-        for (idx i = i0; i < i1; ++i) {
-            T& x = c[i + j * ldc];
-            const T v = w ? w[i + j * nw] : zero<T>();
-            x = beta0 ? v : (w ? beta * x + v : beta * x);
-            if constexpr (herm) {
-                if (i == j) x.im = 0;
-            }
-        }
+// The triangle (lower or upper) of C, order n, := beta*C, as gemm applies
+// beta (0 stores zeros).
+template <class T> void scale_triangle(bool lower, idx n, T beta, T* c, idx ldc) {
+    if (beta == one<T>()) return;
+    for (idx j = 0; j < n; ++j) {
+        const idx lo = lower ? j : 0, hi = lower ? n : j + 1;
+        gemm::scalm(hi - lo, idx(1), beta, c + lo + j * ldc, ldc);
     }
 }
 
@@ -408,16 +404,14 @@ void merge_triangle(bool lower, idx nb, B beta, const T* w, idx nw, T* c, idx ld
 // there, beta real). op is the identity for trans N: A is n x k; else A is
 // k x n. The order is halved recursively (split at multiples of
 // rank_block): the rectangle off the diagonal through gemm with beta, each
-// diagonal block of at most rank_block through gemm into w, then merged
-// onto the triangle. The baseline's path (and that of every generation for
-// a depth or order below the engine's small_below); the others take
+// diagonal block of at most rank_block through gemm in w. The baseline's
+// path; the generations whose packed kernel takes every row use
 // packed_triangle below.
-template <class T, bool herm, class B>
+template <class T, bool herm>
 struct rank_update {
     bool lower, nt, two;
     idx k;
     T alpha, alpha2, beta_t;
-    B beta;
     const T *a, *b;
     idx lda, ldb;
     T* w;
@@ -430,11 +424,22 @@ struct rank_update {
         product(ta, tb, rn, cn, k, alpha, row(a, lda, r0), lda, row(b, ldb, c0), ldb, bet, p, ldp);
         product(ta, tb, rn, cn, k, alpha2, row(b, ldb, r0), ldb, row(a, lda, c0), lda, one<T>(), p, ldp);
     }
-    // The triangle of order n at (j0, j0) of C.
+    // The triangle of order n at (j0, j0) of C. A diagonal block goes
+    // through w: its stored triangle copied there with beta applied, the
+    // products added, copied back; so every element gets beta and the sums
+    // as libork's gemm gives them.
     void run(idx j0, idx n, T* c, idx ldc) const {
         if (n <= rank_block) {
-            products(j0, n, j0, n, zero<T>(), w, n);
-            return merge_triangle<T, herm>(lower, n, beta, w, n, c, ldc);
+            auto stored = [&](idx i, idx j) { return lower ? i >= j : i <= j; };
+            for (idx j = 0; j < n; ++j)
+                for (idx i = 0; i < n; ++i) w[i + j * n] = stored(i, j) ? c[i + j * ldc] : zero<T>();
+            scale_triangle(lower, n, beta_t, w, n);
+            products(j0, n, j0, n, one<T>(), w, n);
+            for (idx j = 0; j < n; ++j)
+                for (idx i = lower ? j : 0; i < (lower ? n : j + 1); ++i) c[i + j * ldc] = w[i + j * n];
+            if constexpr (herm)
+                for (idx j = 0; j < n; ++j) c[j + j * ldc].im = 0;
+            return;
         }
         const idx h1 = half(n), h2 = n - h1;
         run(j0, h1, c, ldc);
@@ -443,6 +448,19 @@ struct rank_update {
         run(j0 + h1, h2, c + h1 + h1 * ldc, ldc);
     }
 };
+
+// Columns j0 .. n-1 of the triangle (lower or upper) of C, order n, +=
+// alpha*op(X)*op(Y)' one column at a time in the packed kernel's order, as
+// libork's gemm takes its leftover columns and products too small to pack.
+template <class T>
+void columns_in_kernel_order(bool lower, idx j0, idx n, idx k, char tx, char ty, T alpha, const T* x, idx ldx,
+                             const T* y, idx ldy, T* c, idx ldc, T* sa) {
+    for (idx j = j0; j < n; ++j) {
+        const idx lo = lower ? j : 0, hi = lower ? n : j + 1;
+        gemm::in_kernel_order<T, gemm::engine<T>>(tx, ty, hi - lo, idx(1), k, alpha, op_ptr(tx, x, ldx, lo, idx(0)),
+                                                  ldx, op_ptr(ty, y, ldy, idx(0), j), ldy, c + lo + j * ldc, ldc, sa);
+    }
+}
 
 // The triangle (lower or upper) of C, order n, += alpha*op(X)*op(Y)' on the
 // gemm engine's packed kernel, for the generations whose packed kernel also
@@ -455,8 +473,8 @@ struct rank_update {
 // added to the stored elements only. The rows short of a whole group (the
 // first for the lower triangle, the last for the upper, where they meet the
 // fewest columns) are packed with zero rows below them and go through the
-// buffer too. The last n mod q columns take one gemv each, as the
-// engine takes them. Every element so gets the engine's operations for the
+// buffer too. The last n mod q columns go in the packed kernel's order, as
+// libork's gemm takes them. Every element so gets the engine's operations for the
 // same product (per depth block a sum from zero in the kernel's arithmetic,
 // added to C), whatever part of the triangle, or of a split over threads,
 // it lies in.
@@ -470,10 +488,13 @@ struct packed_triangle {
     idx np = n - n % gemm::shape<T>::q, nb = E::nb(np), mb = E::mb(n, np, k) - E::mb(n, np, k) % ra;
     gemm::workspace<T> ws = E::take(n, np, k);
     T* room = take<T>(ra * cols);  // one group's rows of C over the crossing panels
+    // the scaled rows of op(X) for the last n mod q columns
+    T* sa = np < n ? take<T>(idx(gemm::kernel_order_elements<T, E>(n, k))) : nullptr;
 
     ~packed_triangle() {
         gemm::release(ws);
         ork_serv_deallocate(room);
+        if (sa) ork_serv_deallocate(sa);
     }
     // Rows r .. r+hr-1 (hr <= ra) of C over the panels from column x0 to x1
     // (both on panel boundaries of the block at j0) through the buffer, which
@@ -557,30 +578,35 @@ struct packed_triangle {
                 }
             });
         }
-        for (idx j = np; j < n; ++j) {
-            const idx lo = lower ? j : 0, hi = lower ? n : j + 1;
-            gemm::last_columns(tx, ty, hi - lo, idx(1), k, alpha, op_ptr(tx, x, ldx, lo, idx(0)), ldx,
-                               op_ptr(ty, y, ldy, idx(0), j), ldy, c + lo + j * ldc, ldc);
-        }
+        columns_in_kernel_order(lower, np, n, k, tx, ty, alpha, x, ldx, y, ldy, c, ldc, sa);
     }
 };
 
 // The update by packed_triangle: beta first, as the engine applies it
-// (0 stores zeros), then each product over the whole depth.
+// (0 stores zeros), then each product over the whole depth. An order or
+// depth below the engine's small_below goes wholly in the packed kernel's
+// order, as libork's gemm takes such products.
 template <class T, bool herm>
 void rank_packed(bool lower, bool nt, bool two, idx n, idx k, T alpha, T alpha2, const T* a, idx lda, const T* b,
                  idx ldb, T beta, T* c, idx ldc) {
-    const packed_triangle<T> p{lower, n, k, c, ldc};
-    if (!(beta == one<T>()))
-        for (idx j = 0; j < n; ++j) {
-            const idx lo = lower ? j : 0, hi = lower ? n : j + 1;
-            gemm::scalm(hi - lo, idx(1), beta, c + lo + j * ldc, ldc);
-        }
     const char tr = herm ? 'C' : 'T', tx = nt ? 'N' : tr, ty = nt ? tr : 'N';
-    p.add(tx, ty, alpha, a, lda, two ? b : a, two ? ldb : lda);
-    if (two) p.add(tx, ty, alpha2, b, ldb, a, lda);
-    if constexpr (herm)
-        for (idx j = 0; j < n; ++j) c[j + j * ldc].im = 0;
+    // the workspace is had before C is written
+    auto update = [&](auto add) {
+        scale_triangle(lower, n, beta, c, ldc);
+        add(alpha, a, lda, two ? b : a, two ? ldb : lda);
+        if (two) add(alpha2, b, ldb, a, lda);
+        if constexpr (herm)
+            for (idx j = 0; j < n; ++j) c[j + j * ldc].im = 0;
+    };
+    if (k >= gemm::engine<T>::small_below && n >= gemm::engine<T>::small_below) {
+        const packed_triangle<T> p{lower, n, k, c, ldc};
+        return update([&](T al, const T* x, idx ldx, const T* y, idx ldy) { p.add(tx, ty, al, x, ldx, y, ldy); });
+    }
+    T* sa = take<T>(idx(gemm::kernel_order_elements<T, gemm::engine<T>>(n, k)));
+    update([&](T al, const T* x, idx ldx, const T* y, idx ldy) {
+        columns_in_kernel_order(lower, 0, n, k, tx, ty, al, x, ldx, y, ldy, c, ldc, sa);
+    });
+    ork_serv_deallocate(sa);
 }
 
 template <class T, bool herm, class B>
@@ -589,21 +615,17 @@ void rank(bool lower, char trans, idx n, idx k, T alpha, const T* a, idx lda, co
     if (n < 1) return;
     if (alpha == zero<T>() || k < 1) {
         if (beta == one<B>()) return;
-        for (idx j0 = 0; j0 < n; j0 += rank_block) {
-            const idx jb = n - j0 < rank_block ? n - j0 : rank_block;
-            const idx r0 = lower ? j0 + jb : 0, rn = lower ? n - r0 : j0;
-            merge_triangle<T, herm>(lower, jb, beta, static_cast<const T*>(nullptr), 0, c + j0 + j0 * ldc, ldc);
-            gemm::scalm(rn, jb, as_element<T>(beta), c + r0 + j0 * ldc, ldc);
-        }
+        scale_triangle(lower, n, as_element<T>(beta), c, ldc);
+        if constexpr (herm)
+            for (idx j = 0; j < n; ++j) c[j + j * ldc].im = 0;
         return;
     }
     if constexpr (gemm::group_leftovers<T>()) {
-        if (k >= gemm::engine<T>::small_below && n >= gemm::engine<T>::small_below)
-            return rank_packed<T, herm>(lower, trans == 'N', b != nullptr, n, k, alpha, herm ? conj(alpha) : alpha, a,
+        return rank_packed<T, herm>(lower, trans == 'N', b != nullptr, n, k, alpha, herm ? conj(alpha) : alpha, a,
                                         lda, b, ldb, as_element<T>(beta), c, ldc);
     }
-    const rank_update<T, herm, B> u{lower, trans == 'N', b != nullptr, k, alpha, herm ? conj(alpha) : alpha,
-                                    as_element<T>(beta), beta, a, b, lda, ldb, take<T>(rank_block * rank_block)};
+    const rank_update<T, herm> u{lower, trans == 'N', b != nullptr, k, alpha, herm ? conj(alpha) : alpha,
+                                 as_element<T>(beta), a, b, lda, ldb, take<T>(rank_block * rank_block)};
     u.run(0, n, c, ldc);
     ork_serv_deallocate(u.w);
 }
