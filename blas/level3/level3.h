@@ -474,10 +474,10 @@ void columns_in_kernel_order(bool lower, idx j0, idx n, idx k, char tx, char ty,
 // first for the lower triangle, the last for the upper, where they meet the
 // fewest columns) are packed with zero rows below them and go through the
 // buffer too. The last n mod q columns go in the packed kernel's order, as
-// libork's gemm takes them. Every element so gets the engine's operations for the
-// same product (per depth block a sum from zero in the kernel's arithmetic,
-// added to C), whatever part of the triangle, or of a split over threads,
-// it lies in.
+// libork's gemm takes them. Every element so gets the engine's operations
+// for the same product (per depth block a sum from zero in the kernel's
+// arithmetic, added to C), whatever part of the triangle, or of a split over
+// threads, it lies in.
 template <class T, class E = gemm::engine<T>>
 struct packed_triangle {
     static constexpr idx ra = gemm::shape<T>::ra, pw = gemm::shape<T>::widths[0], cols = gemm::leftover_cols<T>;
@@ -622,7 +622,7 @@ void rank(bool lower, char trans, idx n, idx k, T alpha, const T* a, idx lda, co
     }
     if constexpr (gemm::group_leftovers<T>()) {
         return rank_packed<T, herm>(lower, trans == 'N', b != nullptr, n, k, alpha, herm ? conj(alpha) : alpha, a,
-                                        lda, b, ldb, as_element<T>(beta), c, ldc);
+                                    lda, b, ldb, as_element<T>(beta), c, ldc);
     }
     const rank_update<T, herm> u{lower, trans == 'N', b != nullptr, k, alpha, herm ? conj(alpha) : alpha,
                                  as_element<T>(beta), a, b, lda, ldb, take<T>(rank_block * rank_block)};
