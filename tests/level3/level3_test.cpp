@@ -350,8 +350,9 @@ TYPED_TEST(Level3, SameBitsWhateverTheShape) {
         const bool tri_a = s.r == trmm || s.r == trsm, square_a = tri_a || s.r == symm || s.r == hemm;
         const bool left = s.f[0] == 'L', update = !square_a && s.r != gemm;
         const char op = update ? s.f[1] : s.r == gemm ? s.f[0] : tri_a ? s.f[2] : 'N';
-        // A: d x d for the square ones; else op(A) v x d (update, gemm) with
-        // gemm's op(B) d x v; B: v x v rows/cols of the varying side.
+        // A: d x d for the square ones, else op(A) v x d; B: d x v (side L)
+        // or v x d (side R) for the square ones, else as A (rank 2k) or op(B)
+        // d x v (gemm). v: the largest varying size.
         const gmat<T> A = square_a ? triangle_only<T>(d, s.f[1] == 'L', g, tri_a ? double(d) + 1 : 0)
                                    : random_mat<T>(op == 'N' ? v : d, op == 'N' ? d : v, g);
         const char opb = s.r == gemm ? s.f[1] : op;
@@ -382,21 +383,22 @@ TYPED_TEST(Level3, SameBitsWhateverTheShape) {
             return X;
         };
         for (int threads : {1, 2}) {
-        threads_scope scope(threads);
-        const gmat<T> whole = call(v);
-        for (idx n : sizes) {
-            if (n == v) continue;
-            SCOPED_TRACE(::testing::Message() << names[s.r] << " " << s.f << " depth " << d << " at " << n << " against "
-                                              << v << ", " << threads << " threads");
-            const gmat<T> part = call(n);
-            const idx rows = square_a && left ? d : n, cols = square_a && !left ? d : n;
-            idx wrong = 0, fi = -1, fj = -1;
-            for (idx j = 0; j < cols; ++j)
-                for (idx i = 0; i < rows; ++i)
-                    if ((!update || (s.f[0] == 'L' ? i >= j : i <= j)) && !same(part.at(i, j), whole.at(i, j)) && wrong++ == 0)
-                        fi = i, fj = j;
-            EXPECT_EQ(wrong, 0) << "first at (" << fi << ", " << fj << ")";
-        }
+            threads_scope scope(threads);
+            const gmat<T> whole = call(v);
+            for (idx n : sizes) {
+                if (n == v) continue;
+                SCOPED_TRACE(::testing::Message() << names[s.r] << " " << s.f << " depth " << d << " at " << n
+                                                  << " against " << v << ", " << threads << " threads");
+                const gmat<T> part = call(n);
+                const idx rows = square_a && left ? d : n, cols = square_a && !left ? d : n;
+                idx wrong = 0, fi = -1, fj = -1;
+                for (idx j = 0; j < cols; ++j)
+                    for (idx i = 0; i < rows; ++i) {
+                        const bool common = !update || (s.f[0] == 'L' ? i >= j : i <= j);
+                        if (common && !same(part.at(i, j), whole.at(i, j)) && wrong++ == 0) fi = i, fj = j;
+                    }
+                EXPECT_EQ(wrong, 0) << "first at (" << fi << ", " << fj << ")";
+            }
         }
     }
 }
