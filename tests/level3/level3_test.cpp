@@ -362,7 +362,8 @@ TYPED_TEST(Level3, SameBitsWhateverTheShape) {
         const gmat<T> C0 = random_mat<T>(std::max(v, d), std::max(v, d), g);
         const T alpha = make<T>(0.7, is_cx<T> && !(s.r == herk) ? -0.3 : 0), beta = make<T>(1.3, is_cx<T> && !herm ? 0.2 : 0);
         const real_t<T> ra = re(alpha), rb = re(beta);
-        const char f0[2] = {s.f[0], 0}, f1[2] = {s.f[1], 0}, f2[2] = {s.f[2], 0}, f3[2] = {s.f[3], 0};
+        const char f0[2] = {s.f[0], 0}, f1[2] = {s.f[1], 0};
+        const char f2[2] = {tri_a ? s.f[2] : '\0', 0}, f3[2] = {tri_a ? s.f[3] : '\0', 0};
         auto call = [&](idx n) {  // the varying size n: C (or B) and the rows and columns it covers
             gmat<T> X = copy_of(tri_a ? B : C0);
             const idx rows = square_a ? (left ? d : n) : n, cols = square_a ? (left ? n : d) : n;
