@@ -62,9 +62,8 @@ void scaled_copy(K kernel, const char* trans, u64 rows, u64 cols, const C* alpha
     const bool t = transposed(trans);
     row_blocks(rows, threads_for(rows * cols), [&](u64 i0, u64 len) {
         if (!t) return kernel("R", trans, &len, &cols, alpha, a + i0 * LDA, &LDA, b + i0 * LDB, &LDB);
-        // A transposition goes tile by tile: halving a tile of transpose_tile
-        // rows and columns ends in whole 4 x 4 leaves, where halving an
-        // awkward size such as 5000 x 3000 ends in leaves of two or three.
+        // A transposition goes tile by tile, so that the panel walk of the
+        // kernel keeps the lines of A and B it works on in cache.
         for (u64 r = 0; r < len; r += transpose_tile)
             for (u64 c = 0; c < cols; c += transpose_tile) {
                 const u64 h = len - r < transpose_tile ? len - r : transpose_tile;

@@ -22,7 +22,7 @@ template <class T, bool Conj>
 void scale(uidx n, T alpha, const T* a, T* b);
 
 // b[j*ldb + i] = alpha*op(a[i*lda + j]) for i < rows, j < cols, rows and
-// cols >= 1, by the tiles of ork::trans::split_t (trans/recursion.h). a and
+// cols >= 1, by the tiles of ork::trans::panels_t (trans/recursion.h). a and
 // b do not overlap.
 template <class T, bool Conj>
 void rec_t(uidx rows, uidx cols, T alpha, const T* a, uidx lda, T* b, uidx ldb);

@@ -1,6 +1,6 @@
-// The split rule of the cache-oblivious transposition, shared by the strided
-// generic kernel and the unit-stride inner kernels (which inline their tile
-// copy into it).
+// The tile walks of transposition: the cache-oblivious split rule of the
+// strided generic kernel, and the panel walk of the unit-stride inner kernels
+// (which inline their tile copy into either).
 #pragma once
 
 #include <cstdint>
@@ -69,6 +69,23 @@ void split_t(u64 rows, u64 cols, const T* a, u64 lda, u64 sa, T* b, u64 ldb, u64
         }
     }
     split_small(rows, cols, a, lda, sa, b, ldb, sb, tile);
+}
+
+// Panels of transpose_panel columns of A, left to right, each walked down in
+// stripes of 4 rows with tiles of at most 4 x 4 along a stripe. A stripe
+// reads 4 short runs of A and adds 4 elements to each of the panel's rows of
+// B, whose lines stay in L1 until the stripes below fill them; the walk is
+// plain loops, where halving down to the tiles cost more than the copying.
+constexpr u64 transpose_panel = 32;
+template <class T, class Tile>
+void panels_t(u64 rows, u64 cols, const T* a, u64 lda, T* b, u64 ldb, const Tile& tile) {
+    for (u64 j0 = 0; j0 < cols; j0 += transpose_panel) {
+        const u64 j1 = cols - j0 < transpose_panel ? cols : j0 + transpose_panel;
+        for (u64 i = 0; i < rows; i += 4) {
+            const u64 h = rows - i < 4 ? rows - i : 4;
+            for (u64 j = j0; j < j1; j += 4) tile(h, j1 - j < 4 ? j1 - j : 4, a + i * lda + j, b + j * ldb + i);
+        }
+    }
 }
 
 }  // namespace ork::trans

@@ -1,6 +1,6 @@
 // SSE2 inner kernels of transposition and scaled addition: 16 bytes (two
 // doubles, four floats, one or two complex elements) per step, 2 x 2 and
-// 4 x 4 register transposes in the tiles of the recursive transposition.
+// 4 x 4 register transposes in the tiles of the panel walk.
 #include "trans/inner.h"
 #include "trans/recursion.h"
 
@@ -187,19 +187,19 @@ void rec_t(uidx rows, uidx cols, T alpha, const T* a, uidx lda, T* b, uidx ldb) 
     using L = lanes<T>;
     const typename L::scalar s(alpha);
     if constexpr (std::is_same_v<T, double>) {
-        split_t(rows, cols, a, lda, 1, b, ldb, 1, [&](uidx r, uidx c, const T* at, T* bt) {
+        panels_t(rows, cols, a, lda, b, ldb, [&](uidx r, uidx c, const T* at, T* bt) {
             if (r >= 2 && c >= 2) tile_double_2to4(r, c, s.a, at, lda, bt, ldb);
             else tile_double(r, c, s.a, alpha, at, lda, bt, ldb);
         });
     } else if constexpr (std::is_same_v<T, cx<float>>) {
-        split_t(rows, cols, a, lda, 1, b, ldb, 1, [&](uidx r, uidx c, const T* at, T* bt) {
+        panels_t(rows, cols, a, lda, b, ldb, [&](uidx r, uidx c, const T* at, T* bt) {
             tile_pairs<T, Conj>(r, c, alpha, s, at, lda, bt, ldb, [](__m128 x, __m128 y, __m128& lo, __m128& hi) {
                 lo = _mm_movelh_ps(x, y);
                 hi = _mm_movehl_ps(y, x);
             });
         });
     } else if constexpr (std::is_same_v<T, float>) {
-        split_t(rows, cols, a, lda, 1, b, ldb, 1, [&](uidx r, uidx c, const T* at, T* bt) {
+        panels_t(rows, cols, a, lda, b, ldb, [&](uidx r, uidx c, const T* at, T* bt) {
             if (r == 4 && c == 4) {
                 __m128 r0 = _mm_loadu_ps(at), r1 = _mm_loadu_ps(at + lda), r2 = _mm_loadu_ps(at + 2 * lda),
                        r3 = _mm_loadu_ps(at + 3 * lda);
@@ -213,7 +213,7 @@ void rec_t(uidx rows, uidx cols, T alpha, const T* a, uidx lda, T* b, uidx ldb) 
             }
         });
     } else {
-        split_t(rows, cols, a, lda, 1, b, ldb, 1, [&](uidx r, uidx c, const T* at, T* bt) {
+        panels_t(rows, cols, a, lda, b, ldb, [&](uidx r, uidx c, const T* at, T* bt) {
             for (uidx i = 0; i < r; ++i)
                 for (uidx j = 0; j < c; ++j)
                     L::store(bt + j * ldb + i, L::template mul<Conj>(s, L::load(at + i * lda + j)));
