@@ -5,6 +5,7 @@
 // baseline's bits, with half the instructions.
 #include <immintrin.h>
 
+#include "blas/level1/dot_lanes.h"
 #include "blas/level1/inner.h"
 #include "frame/simd/avx2.h"
 
@@ -26,14 +27,6 @@ __m128 tree(const __m256 (&w)[4]) {
     const __m256 y = _mm256_add_ps(_mm256_permute2f128_ps(w[2], w[3], 0x20), _mm256_permute2f128_ps(w[2], w[3], 0x31));
     const __m256 p = _mm256_add_ps(_mm256_permute2f128_ps(x, y, 0x20), _mm256_permute2f128_ps(x, y, 0x31));
     return _mm_add_ps(_mm256_castps256_ps128(p), _mm256_extractf128_ps(p, 1));
-}
-
-// The two lanes of the double tree, the four of the single one as
-// (l0 + l2) + (l1 + l3).
-double lanes(__m128d t) { return _mm_cvtsd_f64(t) + _mm_cvtsd_f64(_mm_unpackhi_pd(t, t)); }
-float lanes(__m128 t) {
-    t = _mm_add_ps(t, _mm_movehl_ps(t, t));
-    return _mm_cvtss_f32(t) + _mm_cvtss_f32(_mm_shuffle_ps(t, t, 1));
 }
 
 // Sixteen double (thirty-two single) partial sums, element i to s(i mod
