@@ -398,6 +398,12 @@ template <class T> void scale_triangle(bool lower, idx n, T beta, T* c, idx ldc)
     }
 }
 
+// The Hermitian updates keep the diagonal of C (order n) real.
+template <bool herm, class T> void real_diagonal(idx n, T* c, idx ldc) {
+    if constexpr (herm)
+        for (idx j = 0; j < n; ++j) c[j + j * ldc].im = 0;
+}
+
 // C := alpha*op(A)*op(A)' + beta*C (b null) or alpha*op(A)*op(B)' +
 // alpha2*op(B)*op(A)' + beta*C on the lower or upper triangle, ' being the
 // transpose, or the conjugate transpose when herm (alpha2 = conj(alpha)
@@ -437,8 +443,7 @@ struct rank_update {
             products(j0, n, j0, n, one<T>(), w, n);
             for (idx j = 0; j < n; ++j)
                 for (idx i = lower ? j : 0; i < (lower ? n : j + 1); ++i) c[i + j * ldc] = w[i + j * n];
-            if constexpr (herm)
-                for (idx j = 0; j < n; ++j) c[j + j * ldc].im = 0;
+            real_diagonal<herm>(n, c, ldc);
             return;
         }
         const idx h1 = half(n), h2 = n - h1;
@@ -595,8 +600,7 @@ void rank_packed(bool lower, bool nt, bool two, idx n, idx k, T alpha, T alpha2,
         scale_triangle(lower, n, beta, c, ldc);
         add(alpha, a, lda, two ? b : a, two ? ldb : lda);
         if (two) add(alpha2, b, ldb, a, lda);
-        if constexpr (herm)
-            for (idx j = 0; j < n; ++j) c[j + j * ldc].im = 0;
+        real_diagonal<herm>(n, c, ldc);
     };
     if (k >= gemm::engine<T>::small_below && n >= gemm::engine<T>::small_below) {
         const packed_triangle<T> p{lower, n, k, c, ldc};
@@ -616,8 +620,7 @@ void rank(bool lower, char trans, idx n, idx k, T alpha, const T* a, idx lda, co
     if (alpha == zero<T>() || k < 1) {
         if (beta == one<B>()) return;
         scale_triangle(lower, n, as_element<T>(beta), c, ldc);
-        if constexpr (herm)
-            for (idx j = 0; j < n; ++j) c[j + j * ldc].im = 0;
+        real_diagonal<herm>(n, c, ldc);
         return;
     }
     if constexpr (gemm::group_leftovers<T>()) {
